@@ -1,0 +1,28 @@
+// What all boxes share, and the pair of an attribute with its value.
+// What the kinds do each is in the files named after them.
+#include "util/free_list.h"
+
+#include <kelm/property.h>
+
+namespace kelm {
+
+void abstract_property::merge(abstract_property*) {}
+
+void* abstract_property::operator new(std::size_t size) { return allocate_pooled(size); }
+
+void abstract_property::operator delete(void* memory, std::size_t size) noexcept {
+    free_pooled(memory, size);
+}
+
+attribute_value_pair& attribute_value_pair::operator=(const attribute_value_pair& other) {
+    attribute_id = other.attribute_id;
+    // Kept: the former value is not freed and the other's is not cloned, so that two pairs hold one value until
+    // the caller sets one of them to null.  Applications move values between pairs this way.
+    value = other.value;
+    flag = other.flag;
+    return *this;
+}
+
+attribute_value_pair::~attribute_value_pair() { delete value; }
+
+} // namespace kelm

@@ -1,0 +1,33 @@
+// The diagnostic trace for developers: lines of text in a file.
+// Not a log for users: no levels, no rotation, no filter.
+#pragma once
+
+#include <kelm/export.h>
+
+#include <string>
+
+namespace kelm {
+
+/// Writes stamped lines.  The framework makes and frees it (framework::set_logging).
+class KELM_EXPORT kelm_logger {
+public:
+    /// Each prints `format` with its arguments, one for each %s, and answers false when the file is not to be had.
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c,
+                     const std::string& d, const std::string& e) = 0;
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c,
+                     const std::string& d) = 0;
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b,
+                     const std::string& c) = 0;
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b) = 0;
+    virtual bool log(const std::string& format, const std::string& a) = 0;
+    /// Prints `text` as it stands.
+    virtual bool log(const std::string& text) = 0;
+
+protected:
+    kelm_logger() = default;
+    kelm_logger(const kelm_logger&) = default;
+    kelm_logger& operator=(const kelm_logger&) = default;
+    ~kelm_logger() = default; // not virtual: nobody deletes a logger through this interface
+};
+
+} // namespace kelm

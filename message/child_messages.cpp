@@ -1,0 +1,81 @@
+// The messages of children and owners.
+// Where a child stands in its owner's list is the object's business.
+#include "message/child_messages.h"
+
+#include "message/message_text.h"
+
+namespace kelm {
+
+using namespace message_text;
+
+namespace {
+
+std::string number(u32 position) { return std::to_string(static_cast<int>(position)); }
+
+} // namespace
+
+void child_add_message_impl::forward() {
+    if (child_) edit().insert_child(*child_, pos_);
+}
+
+void child_add_message_impl::backward() {
+    if (child_) edit().take_child(*child_);
+}
+
+void child_add_message_impl::inverse() {
+    tell_inverse<child_remove_message_impl>(&edit(), child_, std::size_t{pos_});
+}
+
+std::string& child_add_message_impl::to_string(std::string& out) const {
+    return out = "Added " + type_and_path(child_) + " of " + type_and_path(object());
+}
+
+bool child_pre_remove_message_impl::redo() {
+    tell();
+    return true;
+}
+
+std::string& child_pre_remove_message_impl::to_string(std::string& out) const {
+    return out = "Pre Remove Child - " + type_and_path(child_) + " of " + type_and_path(object());
+}
+
+void child_remove_message_impl::forward() {
+    if (child_) edit().take_child(*child_);
+}
+
+void child_remove_message_impl::backward() {
+    if (child_ && pos_ != npos32) edit().insert_child(*child_, pos_); // npos32: it stood in no list
+}
+
+void child_remove_message_impl::inverse() {
+    tell_inverse<child_add_message_impl>(&edit(), child_, std::size_t{pos_});
+}
+
+std::string& child_remove_message_impl::to_string(std::string& out) const {
+    return out = "Remove Child - " + type_and_path_or_deleted(child_) + " from " + type_and_path_or_deleted(object());
+}
+
+void child_order_message_impl::forward() {
+    if (child_) edit().move_child(*child_, new_pos_);
+}
+
+void child_order_message_impl::backward() {
+    if (child_) edit().move_child(*child_, old_pos_);
+}
+
+void child_order_message_impl::inverse() {
+    tell_inverse<child_order_message_impl>(&edit(), child_, std::size_t{old_pos_}, std::size_t{new_pos_});
+}
+
+std::string& child_order_message_impl::to_string(std::string& out) const {
+    return out = "Order Child - object: " + type_and_path_or_deleted(child_) + " of " +
+                 type_and_path_or_deleted(object()) + ": new position " + number(new_pos_) + ", old position: " +
+                 number(old_pos_);
+}
+
+std::string& owner_set_message_impl::to_string(std::string& out) const {
+    return out = "Set Owner - for " + type_and_path(object()) + " to " + type_and_path(new_owner_, ":") +
+                 ", old owner: " + type_and_path(old_owner_, ":");
+}
+
+} // namespace kelm

@@ -1,0 +1,109 @@
+// The messages of children and owners.
+// `object()` is the owner, but of owner_set_message the object whose owner changes.
+#pragma once
+
+#include "message/reversible.h"
+
+#include <kelm/structure_messages.h>
+
+namespace kelm {
+
+/// A child came.
+class child_add_message_impl final : public reversible<child_add_message_impl>, public child_add_message {
+public:
+    static constexpr bool keeps_undone = false;
+    child_add_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
+        : reversible(message_type::child_add, owner), pos_(static_cast<u32>(pos)), child_(child) {}
+
+    kelm::object* child() const override { return child_; }
+    u32 pos() const override { return pos_; }
+    std::string& to_string(std::string& out) const override;
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    u32 pos_;
+    kelm::object* child_;
+};
+
+/// A child is about to be deleted.
+class child_pre_remove_message_impl final : public message_impl, public child_pre_remove_message {
+public:
+    child_pre_remove_message_impl(silent_edit* owner, kelm::object* child)
+        : message_impl(message_type::child_pre_remove, owner), child_(child) {}
+
+    kelm::object* child() const override { return child_; }
+    std::string& to_string(std::string& out) const override;
+    bool redo() override;
+    bool undo() override { return true; }
+
+private:
+    kelm::object* child_;
+};
+
+/// A child went.
+class child_remove_message_impl final : public reversible<child_remove_message_impl>, public child_remove_message {
+public:
+    static constexpr bool keeps_undone = false;
+    child_remove_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
+        : reversible(message_type::child_remove, owner), pos_(static_cast<u32>(pos)), child_(child) {}
+
+    kelm::object* child() const override { return child_; }
+    u32 pos() const override { return pos_; }
+    std::string& to_string(std::string& out) const override;
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    u32 pos_;
+    kelm::object* child_;
+};
+
+/// A child changed its place.
+class child_order_message_impl final : public reversible<child_order_message_impl>, public child_order_message {
+public:
+    static constexpr bool keeps_undone = false;
+    child_order_message_impl(silent_edit* owner, kelm::object* child, std::size_t new_pos, std::size_t old_pos)
+        : reversible(message_type::child_order, owner), new_pos_(static_cast<u32>(new_pos)), child_(child),
+          old_pos_(static_cast<u32>(old_pos)) {}
+
+    kelm::object* child() const override { return child_; }
+    u32 new_pos() const override { return new_pos_; }
+    u32 old_pos() const override { return old_pos_; }
+    std::string& to_string(std::string& out) const override;
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    u32 new_pos_;
+    kelm::object* child_;
+    u32 old_pos_;
+};
+
+/// An object changed its owner; the messages of the two child lists stand before it.
+class owner_set_message_impl final : public reversible<owner_set_message_impl>, public owner_set_message {
+public:
+    static constexpr bool keeps_undone = false;
+    owner_set_message_impl(silent_edit* about, kelm::object* new_owner, kelm::object* old_owner)
+        : reversible(message_type::owner_set, about), new_owner_(new_owner), old_owner_(old_owner) {}
+
+    kelm::object* new_owner() const override { return new_owner_; }
+    kelm::object* old_owner() const override { return old_owner_; }
+    std::string& to_string(std::string& out) const override;
+
+    void forward() {} // the child_add_message before it has made the change
+    void backward() { edit().set_owner_field(old_owner_); }
+    void inverse() { tell_inverse<owner_set_message_impl>(&edit(), old_owner_, new_owner_); }
+
+private:
+    kelm::object* new_owner_;
+    kelm::object* old_owner_;
+};
+
+} // namespace kelm

@@ -1,0 +1,103 @@
+// The messages of bases.
+// How the lists of both sides are kept in step is the object's business.
+#include "message/inherit_messages.h"
+
+#include "message/message_text.h"
+
+namespace kelm {
+
+using namespace message_text;
+
+namespace {
+
+std::string number(u32 position) { return std::to_string(static_cast<int>(position)); }
+
+std::string link_text(const char* what, const message_impl& said, const object* base) {
+    return what + type_and_path(said.object()) + " from " + type_and_path(base);
+}
+
+} // namespace
+
+void inherits_add_message_impl::forward() {
+    if (base_ && !is_repeated_) edit().insert_base(*base_, pos_);
+}
+
+void inherits_add_message_impl::backward() {
+    if (base_ && !is_repeated_) edit().take_base(*base_, pos_);
+}
+
+void inherits_add_message_impl::inverse() {
+    tell_inverse<inherits_cancel_message_impl>(&edit(), base_, std::size_t{pos_});
+}
+
+std::string& inherits_add_message_impl::to_string(std::string& out) const {
+    return out = link_text("Add Inherits - ", *this, base_);
+}
+
+void inherits_cancel_message_impl::forward() {
+    if (base_) edit().take_base(*base_, pos_);
+}
+
+void inherits_cancel_message_impl::backward() {
+    if (base_) edit().insert_base(*base_, pos_);
+}
+
+void inherits_cancel_message_impl::inverse() {
+    tell_inverse<inherits_add_message_impl>(&edit(), base_, std::size_t{pos_});
+}
+
+std::string& inherits_cancel_message_impl::to_string(std::string& out) const {
+    return out = link_text("Cancel Inherits - ", *this, base_);
+}
+
+void inherits_insert_message_impl::forward() {
+    if (base_) edit().insert_base(*base_, pos_);
+}
+
+void inherits_insert_message_impl::backward() {
+    if (base_) edit().take_base(*base_, pos_);
+}
+
+void inherits_insert_message_impl::inverse() {
+    tell_inverse<inherits_cancel_message_impl>(&edit(), base_, std::size_t{pos_});
+}
+
+std::string& inherits_insert_message_impl::to_string(std::string& out) const {
+    return out = link_text("Insert Inherits - ", *this, base_);
+}
+
+void inherits_from_order_message_impl::forward() {
+    if (base_) edit().move_base(*base_, new_pos_);
+}
+
+void inherits_from_order_message_impl::backward() {
+    if (base_) edit().move_base(*base_, old_pos_);
+}
+
+void inherits_from_order_message_impl::inverse() {
+    tell_inverse<inherits_from_order_message_impl>(&edit(), base_, std::size_t{old_pos_}, std::size_t{new_pos_});
+}
+
+std::string& inherits_from_order_message_impl::to_string(std::string& out) const {
+    return out = "Inherits From Order - object: " + type_and_path(object()) + ": new position " + number(new_pos_) +
+                 ", old position: " + number(old_pos_);
+}
+
+void inherits_replace_message_impl::forward() {
+    if (base_ && former_) edit().exchange_base(*base_, *former_, pos_);
+}
+
+void inherits_replace_message_impl::backward() {
+    if (base_ && former_) edit().exchange_base(*former_, *base_, pos_);
+}
+
+void inherits_replace_message_impl::inverse() {
+    tell_inverse<inherits_replace_message_impl>(&edit(), former_, base_, std::size_t{pos_});
+}
+
+std::string& inherits_replace_message_impl::to_string(std::string& out) const {
+    return out = "Replace Inherits - " + type_and_path(object()) + " from: " + type_and_path(former_) + " with " +
+                 type_and_path(base_);
+}
+
+} // namespace kelm

@@ -1,0 +1,80 @@
+// The messages of objects that come and go.
+// Memory of objects belongs to their model's pool; a message only asks for it to be given up.
+#include "message/lifetime_messages.h"
+
+#include "message/message_text.h"
+
+namespace kelm {
+
+using namespace message_text;
+
+bool obj_create_message_impl::redo() {
+    edit().set_state(state::being_created);
+    edit().enter_id_map();
+    tell();
+    edit().set_state(state::normal);
+    set_undone(false);
+    return true;
+}
+
+bool obj_create_message_impl::undo() {
+    edit().set_state(state::being_deleted);
+    tell_inverse<obj_delete_message_impl>(&edit(), owner_);
+    edit().leave_id_map();
+    edit().set_state(state::deleted);
+    set_undone(true);
+    return true;
+}
+
+void obj_create_message_impl::release_values() {
+    if (!is_undone() || keep_object_ || !object()) return;
+    edit().destroy();
+    set_object(nullptr);
+}
+
+std::string& obj_create_message_impl::to_string(std::string& out) const {
+    return out = "Created " + type_and_path(object(), ":");
+}
+
+bool obj_pre_delete_message_impl::redo() {
+    tell();
+    return true;
+}
+
+std::string& obj_pre_delete_message_impl::to_string(std::string& out) const {
+    return out = "Pre Delete " + type_and_path(object());
+}
+
+bool obj_delete_message_impl::redo() {
+    edit().set_state(state::being_deleted);
+    tell();
+    edit().leave_id_map();
+    edit().set_state(state::deleted);
+    set_undone(false);
+    return true;
+}
+
+bool obj_delete_message_impl::undo() {
+    edit().set_state(state::being_created);
+    edit().enter_id_map();
+    tell_inverse<obj_create_message_impl>(&edit(), owner_);
+    edit().set_state(state::normal);
+    set_undone(true);
+    return true;
+}
+
+void obj_delete_message_impl::release_values() {
+    // An observer may have refused the last step: the object is then still the model's.
+    if (is_undone() || !object() || object()->state() != state::deleted) return;
+    edit().destroy();
+    set_object(nullptr);
+}
+
+std::string& obj_delete_message_impl::to_string(std::string& out) const {
+    out = "Deleted " + type_and_path(object()) + " owner ";
+    // Kept: for an owner that is deleted an empty type, a blank, and the word; hence two blanks in a row.
+    if (owner_ && owner_->state() == state::deleted) return out += std::string{} + " " + "deleted";
+    return out += type_and_path(owner_);
+}
+
+} // namespace kelm

@@ -1,0 +1,64 @@
+// The messages of objects that come and go.
+// An object that is out of its model through one of them is that message's to give up.
+#pragma once
+
+#include "message/message_impl.h"
+
+#include <kelm/structure_messages.h>
+
+namespace kelm {
+
+/// An object was made.  Undone, the message has the object, and frees it when it goes itself.
+class obj_create_message_impl final : public message_impl, public obj_create_message {
+public:
+    obj_create_message_impl(silent_edit* about, kelm::object* owner)
+        : message_impl(message_type::obj_create, about), owner_(owner) {}
+
+    kelm::object* owner() const override { return owner_; }
+    u32 object_type() const override { return object_type_; }
+    std::string& to_string(std::string& out) const override;
+    bool redo() override;
+    bool undo() override;
+    void release_values() override;
+
+    /// The object outlives the message: code that is rolling back may still hold it.
+    void keep_object() { keep_object_ = true; }
+
+private:
+    bool keep_object_ = false;
+    u32 object_type_ = 0;
+    kelm::object* owner_;
+};
+
+/// An object is about to be deleted.
+class obj_pre_delete_message_impl final : public message_impl, public obj_pre_delete_message {
+public:
+    obj_pre_delete_message_impl(silent_edit* about, kelm::object* owner)
+        : message_impl(message_type::obj_pre_delete, about), owner_(owner) {}
+
+    kelm::object* owner() const override { return owner_; }
+    std::string& to_string(std::string& out) const override;
+    bool redo() override;
+    bool undo() override { return true; }
+
+private:
+    kelm::object* owner_;
+};
+
+/// An object was deleted.  Done, the message has the object, and frees it when it goes itself.
+class obj_delete_message_impl final : public message_impl, public obj_delete_message {
+public:
+    obj_delete_message_impl(silent_edit* about, kelm::object* owner)
+        : message_impl(message_type::obj_delete, about), owner_(owner) {}
+
+    kelm::object* owner() const override { return owner_; }
+    std::string& to_string(std::string& out) const override;
+    bool redo() override;
+    bool undo() override;
+    void release_values() override;
+
+private:
+    kelm::object* owner_;
+};
+
+} // namespace kelm

@@ -1,0 +1,106 @@
+// The log of one model: the undo and the redo side in one.
+// What a message does when it is undone is the message's business.
+#pragma once
+
+#include "message/message_impl.h"
+#include "message/transaction_messages.h"
+
+#include <kelm/message_history.h>
+
+#include <memory>
+#include <vector>
+
+namespace kelm {
+
+/// Keeps messages, numbers levels, swallows transactions in which nothing happened, and limits how far undo reaches.
+class message_history_impl final : public message_history, public subject_impl {
+public:
+    using messages = std::vector<std::unique_ptr<message_impl>>;
+
+    explicit message_history_impl(silent_edit& model_object);
+    ~message_history_impl() override;
+
+    bool attach(observer* who) override { return subject_impl::attach(who); }
+    bool detach(observer* who) override { return subject_impl::detach(who); }
+
+    /// Appends a message and ends the possibility of redo.
+    /// \returns false for an end that closes an empty transaction, or none; else true
+    bool add_message(std::unique_ptr<message_impl> what);
+
+    bool can_undo() const;
+    bool can_redo() const;
+    /// \returns the begin of what was undone, or null
+    message* undo();
+    /// \returns the end of what was redone, or null
+    message* redo();
+    /// Takes back the open transaction, or its innermost level.
+    void rollback(bool all);
+    /// Takes back the last closed transaction and drops it.
+    void rollback_last();
+
+    void prune();
+    void clear_undone();
+    /// Drops everything.  The counts of undone and executed transactions stay.
+    void clear();
+
+    const messages& done() const { return messages_; }
+    const messages& undone() const { return undone_messages_; }
+    message_impl* last() const { return messages_.empty() ? nullptr : messages_.back().get(); }
+    /// \returns the end of a top-level transaction when that is the newest message, else null
+    tran_end_message_impl* last_top_level_end() const;
+
+    bool is_undoing() const { return undoing_; }
+    bool is_redoing() const { return redoing_; }
+    bool is_rolling_back() const { return rolling_back_; }
+    /// \returns whether the newest message is in no closed top-level transaction and no walk is under way
+    bool in_transaction() const;
+    /// \returns whether a level is open that a rollback can take back
+    bool transaction_open() const { return current_level_ >= 0 && in_transaction(); }
+
+    u32 trans_executed() const { return trans_executed_; }
+    void set_trans_executed(u32 count) { trans_executed_ = count; }
+    bool undo_disabled() const { return undo_disabled_; }
+    u32 max_undo_levels() const { return max_undo_levels_; }
+    void set_undo_levels(int n);
+
+    /// While one lives, messages that are dropped stay readable: a mutator, a hook or an observer may still look.
+    class in_use {
+    public:
+        explicit in_use(message_history_impl& history) : history_(history) { ++history_.depth_; }
+        in_use(const in_use&) = delete;
+        in_use& operator=(const in_use&) = delete;
+        ~in_use() {
+            if (--history_.depth_ == 0 && !history_.graveyard_.empty()) history_.empty_graveyard();
+        }
+
+    private:
+        message_history_impl& history_;
+    };
+    bool is_in_use() const { return depth_ != 0; }
+
+private:
+    bool close_empty_transaction(std::unique_ptr<message_impl> end);
+    bool close_level(tran_end_message_impl& end);
+    void drop(std::unique_ptr<message_impl> what);
+    void drop_back(messages& from);
+    void empty_graveyard();
+    std::unique_ptr<message_impl> take_out(messages& from, const message_impl* what);
+    std::unique_ptr<message_impl> undo_back_to(u32 level);
+    void tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed);
+
+    silent_edit& model_object_;
+    messages messages_;        // the undo side, oldest first
+    messages undone_messages_; // the redo side; the next to redo is the last
+    messages graveyard_;       // dropped while in use
+    u32 max_undo_levels_ = npos32;
+    int undone_count_ = 0;
+    int current_level_ = -1;
+    u32 trans_executed_ = 0;
+    u32 depth_ = 0;
+    bool undo_disabled_ = false;
+    bool undoing_ = false;
+    bool redoing_ = false;
+    bool rolling_back_ = false;
+};
+
+} // namespace kelm

@@ -1,0 +1,59 @@
+// What all messages share: whom they speak of, their flags, and telling observers.
+// What a message does to an object is told by its own class.
+#pragma once
+
+#include "message/silent_edit.h"
+#include "util/free_list.h"
+#include "util/process_state.h"
+
+#include <kelm/message.h>
+
+#include <utility>
+
+namespace kelm {
+
+/// The base of all messages.  The history owns those it keeps; the inverse messages of undo live on the stack.
+class message_impl : public message, public pooled {
+public:
+    message_impl(u32 type, silent_edit* about)
+        : object_(about), type_(static_cast<u8>(type)), user_created_(!process().in_semantic) {}
+    message_impl(const message_impl&) = delete;
+    message_impl& operator=(const message_impl&) = delete;
+
+    u32 type() const final { return type_; }
+    kelm::object* object() const final { return object_; }
+    bool is_first_run() const final { return first_run_; }
+    bool is_user_created() const final { return user_created_; }
+
+    virtual void set_first_run(bool first) { first_run_ = first; }
+    /// Frees what the message owns in its present state.  The history calls it just before the message goes.
+    virtual void release_values() {}
+
+    silent_edit& edit() const { return *object_; }
+    bool is_undone() const { return undone_; }
+    /// Speaks of `about` from now on; used while inheritors are told.
+    void set_object(silent_edit* about) { object_ = about; }
+
+protected:
+    /// Tells the observers of the object that this is no first run.
+    virtual void tell() {
+        set_first_run(false);
+        edit().as_subject().notify(this);
+    }
+    /// Tells, with a message that nobody keeps, of the inverse of what was done.
+    template <class Message, class... Arguments>
+    static void tell_inverse(Arguments&&... arguments) {
+        Message inverse(std::forward<Arguments>(arguments)...);
+        static_cast<message_impl&>(inverse).tell();
+    }
+    void set_undone(bool undone) { undone_ = undone; }
+
+private:
+    silent_edit* object_;
+    u8 type_;
+    bool first_run_ = true;
+    bool undone_ = false;
+    bool user_created_;
+};
+
+} // namespace kelm

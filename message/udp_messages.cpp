@@ -1,0 +1,95 @@
+// The messages of user-defined properties.
+// What else a change of a definition brings about is recorded by messages of its own.
+#include "message/udp_messages.h"
+
+#include "framework/values.h"
+#include "meta/meta_object_base.h"
+
+namespace kelm {
+
+// Kept: a property that comes back has its name and class, and after a removal its default.  Its definition,
+// choices and multiline mark are not part of these messages.
+meta_property* udp_presence_message_impl::add_property() {
+    return owner_meta_type_ ? owner_meta_type_->add_property(udp_type_, udp_name_, udp_class_, {}) : nullptr;
+}
+
+void udp_presence_message_impl::remove_property() {
+    if (auto* const type = dynamic_cast<meta_object_base*>(owner_meta_type_))
+        type->remove_property(udp_type_);
+}
+
+std::string& udp_presence_message_impl::describe(const char* action, std::string& out) const {
+    return out = action + udp_name_ + " of " + (owner_meta_type_ ? owner_meta_type_->name() : std::string{});
+}
+
+bool udp_add_message_impl::redo() {
+    add_property();
+    return true;
+}
+
+bool udp_add_message_impl::undo() {
+    remove_property();
+    return true;
+}
+
+udp_remove_message_impl::udp_remove_message_impl(silent_edit* model, meta_object* owner, u32 udp_type,
+                                                 std::string name, u32 udp_class,
+                                                 std::unique_ptr<abstract_property> default_value)
+    : udp_presence_message_impl(message_type::udp_remove, model, owner, udp_type, std::move(name), udp_class),
+      default_value_(std::move(default_value)) {}
+
+bool udp_remove_message_impl::redo() {
+    remove_property();
+    return true;
+}
+
+bool udp_remove_message_impl::undo() {
+    meta_property* const back = add_property();
+    if (back && default_value_) back->set_attribute_value(attribute_id::default_value, *default_value_);
+    return true;
+}
+
+udp_set_attribute_value_message_impl::udp_set_attribute_value_message_impl(
+    silent_edit* model, meta_object* owner, u32 udp_type, u32 attribute,
+    std::unique_ptr<abstract_property> new_value, std::unique_ptr<abstract_property> old_value)
+    : udp_message_impl(message_type::udp_set_attribute_value, model, owner, udp_type),
+      udp_att_(attribute),
+      new_value_(std::move(new_value)),
+      old_value_(std::move(old_value)) {}
+
+value_ptr udp_set_attribute_value_message_impl::new_value() const { return shared_clone(new_value_.get()); }
+value_ptr udp_set_attribute_value_message_impl::old_value() const { return shared_clone(old_value_.get()); }
+
+meta_property* udp_set_attribute_value_message_impl::property() const {
+    return owner_meta_type_ ? owner_meta_type_->find_property(udp_type_) : nullptr;
+}
+
+std::string& udp_set_attribute_value_message_impl::to_string(std::string& out) const {
+    const meta_property* const changed = property();
+    return out = "UDP Attribute Value Changed : " + (changed ? changed->name() : std::string{}) + " (" +
+                 (new_value_ ? new_value_->to_string() : std::string{}) + "," +
+                 (old_value_ ? old_value_->to_string() : std::string{}) + " )";
+}
+
+bool udp_set_attribute_value_message_impl::redo() {
+    meta_property* const changed = property();
+    if (changed && new_value_) changed->set_attribute_value(udp_att_, *new_value_);
+    return true;
+}
+
+bool udp_set_attribute_value_message_impl::undo() {
+    meta_property* const changed = property();
+    if (!changed) return true;
+    if (old_value_)
+        changed->set_attribute_value(udp_att_, *old_value_);
+    else
+        changed->remove_attribute(udp_att_);
+    return true;
+}
+
+void udp_set_attribute_value_message_impl::release_values() {
+    new_value_.reset();
+    old_value_.reset();
+}
+
+} // namespace kelm

@@ -1,0 +1,108 @@
+// The messages of user-defined properties: a type got one, lost one, or had an attribute of one set.
+// They speak of the model's types, not of an object, so nobody is told; the history alone replays them.
+#pragma once
+
+#include "message/message_impl.h"
+
+#include <kelm/meta_model.h>
+#include <kelm/structure_messages.h>
+
+#include <memory>
+#include <string>
+
+namespace kelm {
+
+/// Shared by all three: the type and the property, and that observers never hear of it.
+class udp_message_impl : public message_impl {
+protected:
+    /// \param model  the model's object side
+    /// \param owner  the type, borrowed; null stands for one that a reader did not find
+    udp_message_impl(u32 type, silent_edit* model, meta_object* owner, u32 udp_type)
+        : message_impl(type, model), owner_meta_type_(owner), udp_type_(udp_type) {
+        message_impl::set_first_run(false); // it is the source of no notification
+    }
+
+    meta_object* owner_meta_type_;
+    u32 udp_type_;
+};
+
+/// Shared by adding and removing: what it takes to do the one or the other.
+class udp_presence_message_impl : public udp_message_impl {
+protected:
+    udp_presence_message_impl(u32 type, silent_edit* model, meta_object* owner, u32 udp_type,
+                              std::string name, u32 udp_class)
+        : udp_message_impl(type, model, owner, udp_type), udp_name_(std::move(name)), udp_class_(udp_class) {}
+
+    /// \returns the new property; null when it is there already, or the type is unknown
+    meta_property* add_property();
+    void remove_property();
+    /// `action`, then the name of the property and that of its type.
+    std::string& describe(const char* action, std::string& out) const;
+
+    std::string udp_name_;
+    u32 udp_class_;
+};
+
+/// A type got a property.
+class udp_add_message_impl final : public udp_presence_message_impl, public udp_add_message {
+public:
+    udp_add_message_impl(silent_edit* model, meta_object* owner, u32 udp_type, std::string name,
+                         u32 udp_class)
+        : udp_presence_message_impl(message_type::udp_add, model, owner, udp_type, std::move(name),
+                                    udp_class) {}
+
+    meta_object* owner_meta_type() const override { return owner_meta_type_; }
+    u32 udp_type() const override { return udp_type_; }
+    std::string& to_string(std::string& out) const override { return describe("UDP Added : ", out); }
+    bool redo() override;
+    bool undo() override;
+};
+
+/// A type lost a property; its default comes back with it.
+class udp_remove_message_impl final : public udp_presence_message_impl, public udp_remove_message {
+public:
+    /// \param default_value  may be null
+    udp_remove_message_impl(silent_edit* model, meta_object* owner, u32 udp_type, std::string name,
+                            u32 udp_class, std::unique_ptr<abstract_property> default_value);
+
+    meta_object* owner_meta_type() const override { return owner_meta_type_; }
+    u32 udp_type() const override { return udp_type_; }
+    std::string& to_string(std::string& out) const override { return describe("UDP Removed : ", out); }
+    bool redo() override;
+    bool undo() override;
+    void release_values() override { default_value_.reset(); }
+
+private:
+    std::unique_ptr<abstract_property> default_value_;
+};
+
+/// An attribute of a type's property was set.
+class udp_set_attribute_value_message_impl final : public udp_message_impl,
+                                                   public udp_set_attribute_value_message {
+public:
+    /// \param new_value  what was set
+    /// \param old_value  null when the attribute had no value
+    udp_set_attribute_value_message_impl(silent_edit* model, meta_object* owner, u32 udp_type, u32 attribute,
+                                         std::unique_ptr<abstract_property> new_value,
+                                         std::unique_ptr<abstract_property> old_value);
+
+    meta_object* owner_meta_type() const override { return owner_meta_type_; }
+    u32 udp_type() const override { return udp_type_; }
+    u32 udp_att() const override { return udp_att_; }
+    value_ptr new_value() const override;
+    value_ptr old_value() const override;
+    std::string& to_string(std::string& out) const override;
+    bool redo() override;
+    bool undo() override;
+    void release_values() override;
+
+private:
+    /// \returns null when the type is unknown or lacks the property
+    meta_property* property() const;
+
+    u32 udp_att_;
+    std::unique_ptr<abstract_property> new_value_;
+    std::unique_ptr<abstract_property> old_value_;
+};
+
+} // namespace kelm

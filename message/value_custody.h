@@ -1,0 +1,53 @@
+// A value that a message and an object share.
+// Which of the two owns it is kept in the pointer itself: messages are many.
+#pragma once
+
+#include <kelm/property.h>
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+namespace kelm {
+
+/// Owns the value exactly while the object does not hold it.
+class value_custody {
+public:
+    value_custody() = default;
+    explicit value_custody(std::unique_ptr<abstract_property> held) { take_back(std::move(held)); }
+    explicit value_custody(abstract_property* lent) : bits_(reinterpret_cast<std::uintptr_t>(lent)) {}
+    value_custody(const value_custody&) = delete;
+    value_custody& operator=(const value_custody&) = delete;
+    ~value_custody() { release(); }
+
+    abstract_property* get() const { return reinterpret_cast<abstract_property*>(bits_ & ~held_bit); }
+    bool holds() const { return (bits_ & held_bit) != 0; }
+
+    /// Gives the value to the object; it stays known here.  \returns null when it is not held
+    [[nodiscard]] std::unique_ptr<abstract_property> hand_over() {
+        if (!holds()) return nullptr;
+        bits_ &= ~held_bit;
+        return std::unique_ptr<abstract_property>{get()};
+    }
+    /// Takes what left the object.  It is that very value from now on, whatever was known before, so that each box
+    /// has one owner even where a stored history tells less than memory did.
+    void take_back(std::unique_ptr<abstract_property> left) {
+        release();
+        const bool some = left != nullptr;
+        bits_ = reinterpret_cast<std::uintptr_t>(left.release()) | (some ? held_bit : 0);
+    }
+    /// Frees a held value.
+    void release() {
+        if (holds()) {
+            delete get();
+            bits_ = 0;
+        }
+    }
+
+private:
+    static_assert(alignof(abstract_property) >= 2, "the lowest bit of a box's address is free");
+    static constexpr std::uintptr_t held_bit = 1;
+    std::uintptr_t bits_ = 0;
+};
+
+} // namespace kelm

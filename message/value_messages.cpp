@@ -1,0 +1,99 @@
+// The messages of whole values.
+// How a value is stored and its references linked is the object's business.
+#include "message/value_messages.h"
+
+#include "framework/values.h"
+#include "message/message_text.h"
+
+namespace kelm {
+
+using namespace message_text;
+
+void property_change_message_impl::tell() {
+    message_impl::tell();
+    edit().pass_to_inheritors(*this, property_type_);
+}
+
+property_set_message_impl::property_set_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
+                                                     abstract_property* new_value, u32 id, kelm::object* old_owner)
+    : reversible(message_type::property_set, about, id), new_(new_value), old_(std::move(old_value)),
+      old_owner_(old_owner) {}
+
+property_set_message_impl::property_set_message_impl(silent_edit* about, abstract_property* old_value,
+                                                     abstract_property* new_value, u32 id, kelm::object* old_owner)
+    : reversible(message_type::property_set, about, id), new_(new_value), old_(old_value), old_owner_(old_owner) {}
+
+property_set_message_impl::property_set_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
+                                                     std::unique_ptr<abstract_property> new_value, u32 id)
+    : reversible(message_type::property_set, about, id), new_(std::move(new_value)), old_(std::move(old_value)),
+      old_owner_(nullptr) {}
+
+value_ptr property_set_message_impl::new_value() const { return share(clone(new_.get())); }
+value_ptr property_set_message_impl::old_value() const { return share(clone(old_.get())); }
+
+// An old value that was inherited, or supplied by a hook, is a clone that only the message knows: it stays here
+// whatever happens to the object's own value, and goes with the message on either side.
+void property_set_message_impl::release_values() {
+    new_.release();
+    old_.release();
+}
+
+void property_set_message_impl::forward() {
+    auto left = edit().exchange_value(property_type(), new_.hand_over());
+    if (had_own_value()) old_.take_back(std::move(left));
+}
+
+void property_set_message_impl::backward() {
+    new_.take_back(had_own_value() ? edit().exchange_value(property_type(), old_.hand_over())
+                                   : edit().take_value(property_type()));
+}
+
+void property_set_message_impl::inverse() {
+    if (had_own_value())
+        tell_inverse<property_set_message_impl>(&edit(), new_.get(), old_.get(), property_type(), &edit());
+    else
+        tell_inverse<property_delete_message_impl>(&edit(), new_.get(), property_type(), &edit());
+}
+
+std::string& property_set_message_impl::to_string(std::string& out) const {
+    return out = "Changed " + type_and_path(object()) + " " + property_of(object(), property_type()) + " from " +
+                 value_or_null(old_.get()) + " to " + value_or_null(new_.get());
+}
+
+property_delete_message_impl::property_delete_message_impl(silent_edit* about,
+                                                           std::unique_ptr<abstract_property> old_value, u32 id)
+    : reversible(message_type::property_delete, about, id), old_(std::move(old_value)) {}
+
+property_delete_message_impl::property_delete_message_impl(silent_edit* about, abstract_property* old_value, u32 id,
+                                                           kelm::object* real_owner)
+    : reversible(message_type::property_delete, about, id, real_owner), old_(old_value) {}
+
+value_ptr property_delete_message_impl::old_value() const { return share(clone(old_.get())); }
+
+void property_delete_message_impl::backward() {
+    // Nothing else can stand under the id in a sound history; where something does, it must not be lost.
+    auto in_the_way = edit().exchange_value(property_type(), old_.hand_over());
+    (void)in_the_way;
+}
+
+void property_delete_message_impl::inverse() {
+    tell_inverse<property_set_message_impl>(&edit(), static_cast<abstract_property*>(nullptr), old_.get(),
+                                            property_type(), &edit());
+}
+
+std::string& property_delete_message_impl::to_string(std::string& out) const {
+    return out = "Deleted " + property_of(object(), property_type()) + " of " + type_and_path(object());
+}
+
+void property_set_not_inheritable_message_impl::tell() {
+    message_impl::tell();
+    edit().pass_to_inheritors(*this, property_type_);
+}
+
+std::string& property_set_not_inheritable_message_impl::to_string(std::string& out) const {
+    // Kept: the words are the same for setting and for taking the mark away.
+    return out = "Set " + type_and_path(object()) + " " + property_of(object(), property_type_) +
+                 " not inheritable.";
+}
+
+} // namespace kelm

@@ -1,0 +1,120 @@
+// The messages of single elements of vector values.
+// Elements are known by identity: what leaves the vector is what the message owns.
+#pragma once
+
+#include "message/value_messages.h"
+
+#include <memory>
+
+namespace kelm {
+
+/// An element was replaced.
+class property_set_vec_prop_message_impl final
+    : public reversible<property_set_vec_prop_message_impl, property_change_message_impl>,
+      public property_set_vec_prop_message {
+public:
+    static constexpr bool keeps_undone = true;
+    /// \param new_value  lent: the vector holds it
+    property_set_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
+                                       abstract_property* new_value, u32 id, std::size_t pos);
+    /// For telling only: both elements are lent.
+    property_set_vec_prop_message_impl(silent_edit* about, abstract_property* old_value, abstract_property* new_value,
+                                       u32 id, std::size_t pos);
+
+    value_ptr new_value() const override;
+    value_ptr old_value() const override;
+    u32 pos() const override { return pos_; }
+    std::string& to_string(std::string& out) const override;
+    void release_values() override;
+
+    void forward() { swap_in(new_, old_); }
+    void backward() { swap_in(old_, new_); }
+    void inverse();
+
+private:
+    void swap_in(value_custody& comes, value_custody& goes);
+
+    value_custody new_;
+    value_custody old_;
+    u32 pos_;
+};
+
+/// An element was inserted.
+class property_insert_vec_prop_message_impl final
+    : public reversible<property_insert_vec_prop_message_impl, property_change_message_impl>,
+      public property_insert_vec_prop_message {
+public:
+    static constexpr bool keeps_undone = true;
+    /// \param element  lent: the vector holds it
+    property_insert_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id, std::size_t pos);
+    /// An element whose position was behind the end: the vector never held it, and the message keeps it on both
+    /// sides of undo.
+    property_insert_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element, u32 id,
+                                          std::size_t pos);
+
+    value_ptr value() const override;
+    u32 pos() const override { return pos_; }
+    const abstract_property* raw_value() const override { return value_.get(); }
+    std::string& to_string(std::string& out) const override;
+    void release_values() override { value_.release(); }
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    value_custody value_;
+    u32 pos_;
+    bool was_put_in_;
+};
+
+/// An element was taken out.
+class property_delete_vec_prop_message_impl final
+    : public reversible<property_delete_vec_prop_message_impl, property_change_message_impl>,
+      public property_delete_vec_prop_message {
+public:
+    static constexpr bool keeps_undone = true;
+    property_delete_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element, u32 id,
+                                          std::size_t pos);
+    /// For telling only: the element is lent.
+    property_delete_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id, std::size_t pos);
+
+    value_ptr value() const override;
+    u32 pos() const override { return pos_; }
+    std::string& to_string(std::string& out) const override;
+    void release_values() override { value_.release(); }
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    value_custody value_;
+    u32 pos_;
+};
+
+/// An element changed its place.
+class element_position_vec_prop_message_impl final
+    : public reversible<element_position_vec_prop_message_impl, property_change_message_impl>,
+      public element_position_vec_prop_message {
+public:
+    static constexpr bool keeps_undone = false;
+    /// \param moved  false when there was no element to move: undo and redo then only tell
+    element_position_vec_prop_message_impl(silent_edit* about, u32 id, std::size_t old_pos, std::size_t new_pos,
+                                           bool moved);
+
+    u32 old_pos() const override { return old_pos_; }
+    u32 new_pos() const override { return new_pos_; }
+    std::string& to_string(std::string& out) const override;
+
+    void forward();
+    void backward();
+    void inverse();
+
+private:
+    u32 old_pos_;
+    u32 new_pos_;
+    bool moved_;
+};
+
+} // namespace kelm

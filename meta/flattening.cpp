@@ -1,0 +1,103 @@
+// The flat lists of a type: built when first read, forgotten when this type or a base changes.
+// The containers are in flattening.h.
+#include "meta/flattening.h"
+
+#include "meta/meta_object_impl.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kelm {
+
+const flattened<meta_property>& meta_object_impl::all_properties() const {
+    if (!all_properties_.empty()) return all_properties_;
+    all_properties_.append(own_properties_.in_order());
+    for (const meta_base* above : bases_ref()) {
+        const auto& base = static_cast<const meta_object_impl&>(*above);
+        all_properties_.append(base.properties_ref(),
+                               [&](const meta_property& it) { return !base.is_property_excluded(it.id()); });
+    }
+    return all_properties_;
+}
+
+const flattened<meta_composition>& meta_object_impl::all_compositions() const {
+    if (!all_compositions_.empty()) return all_compositions_;
+    all_compositions_.append(own_compositions_.in_order());
+    for (const meta_base* above : bases_ref()) {
+        const auto& base = static_cast<const meta_object_impl&>(*above);
+        all_compositions_.append(base.compositions_ref(), [&](const meta_composition& it) {
+            return !base.is_composition_excluded(it.id());
+        });
+    }
+    return all_compositions_;
+}
+
+const std::vector<meta_property*>& meta_object_impl::properties_ref() const {
+    return all_properties().in_order();
+}
+
+const std::vector<meta_composition*>& meta_object_impl::compositions_ref() const {
+    return all_compositions().in_order();
+}
+
+const semantic_table* meta_object_impl::merged_semantics() const {
+    if (all_semantics_) return all_semantics_.get();
+    auto merged = std::make_unique<semantic_table>();
+    // Kept: bases come first and win when ids are equal, the other way round than with properties. A derived type
+    // cannot put a hook of its own in the place of one that it inherits.
+    for (const meta_base* above : bases_ref()) {
+        const auto& base = static_cast<const meta_object_impl&>(*above);
+        if (const semantic_table* const table = base.merged_semantics())
+            merged->merge(*table,
+                          [&](const semantic& hook) { return !base.is_semantic_excluded(hook.id()); });
+    }
+    if (semantics_) merged->merge(*semantics_, [](const semantic&) { return true; });
+    if (!merged->empty()) all_semantics_ = std::move(merged);
+    return all_semantics_.get();
+}
+
+const std::vector<u32>& meta_object_impl::related_types_ref() const {
+    if (!all_related_types_.empty()) return all_related_types_;
+    all_related_types_ = own_related_types_;
+    for (const meta_base* above : bases_ref()) {
+        const auto& inherited = static_cast<const meta_object_impl&>(*above).related_types_ref();
+        std::vector<u32> both;
+        std::ranges::set_union(all_related_types_, inherited, std::back_inserter(both));
+        all_related_types_ = std::move(both);
+    }
+    return all_related_types_;
+}
+
+bool meta_object_impl::update(subject*, message*) {
+    forget_lists();
+    notify(nullptr);
+    return true;
+}
+
+void meta_object_impl::drop_caches() { forget_lists(); }
+
+// Each type once, also where many lines of inheritance lead to it.
+void meta_object_impl::drop_derived_caches() {
+    std::vector<observer*> below = observers();
+    for (std::size_t at = 0; at != below.size(); ++at) {
+        if (auto* const derived = dynamic_cast<meta_object_base*>(below[at])) derived->drop_caches();
+        const auto* const type = dynamic_cast<const meta_object_impl*>(below[at]);
+        if (!type) continue;
+        for (observer* who : type->observers())
+            if (std::ranges::find(below, who) == below.end()) below.push_back(who);
+    }
+}
+
+void meta_object_impl::forget_lists() {
+    all_properties_.clear();
+    all_compositions_.clear();
+    all_related_types_.clear();
+    forget_semantics();
+}
+
+void meta_object_impl::forget_semantics() {
+    if (all_semantics_) retired_semantics_.push_back(std::move(all_semantics_));
+}
+
+} // namespace kelm

@@ -1,0 +1,33 @@
+// What a property adds to meta_base.
+// Its stored form is in meta_record.cpp.
+#include "meta/meta_property_impl.h"
+
+namespace kelm {
+
+u32 meta_property_impl::property_class() const {
+    const abstract_property* const value = find_attribute(attribute_id::property_class);
+    if (const auto* number = dynamic_cast<const property<int>*>(value))
+        return static_cast<u32>(number->value);
+    if (const auto* number = dynamic_cast<const property<unsigned>*>(value)) return number->value;
+    if (const auto* number = dynamic_cast<const property<long>*>(value))
+        return static_cast<u32>(number->value);
+    return 0;
+}
+
+void meta_property_impl::add_base(meta_property* base) {
+    meta_base::add_base(dynamic_cast<meta_property_impl*>(base));
+}
+
+void meta_property_impl::remove_base(meta_property* base) {
+    meta_base::remove_base(dynamic_cast<meta_property_impl*>(base));
+}
+
+std::vector<meta_property*> meta_property_impl::bases() const {
+    return bases_as<meta_property, meta_property_impl>();
+}
+
+const abstract_property* find_attribute(const meta_property& of, u32 attribute) {
+    return static_cast<const meta_property_impl&>(of).find_attribute(attribute); // types hold no other class
+}
+
+} // namespace kelm

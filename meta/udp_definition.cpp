@@ -1,0 +1,183 @@
+// Reading a definition object, and finding, making and removing the properties it stands for.
+// Undoing that is the business of the messages that the model records.
+#include "meta/udp_definition.h"
+
+#include <kelm/model.h>
+#include <kelm/property.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kelm::udp {
+
+namespace {
+
+std::string text_of(const value_ptr& value) { return value ? value->to_string() : std::string{}; }
+
+template <class T>
+const property<T>* as(const abstract_property* value) {
+    return dynamic_cast<const property<T>*>(value);
+}
+
+const vector_property* as_vector(const value_ptr& value) {
+    return dynamic_cast<const vector_property*>(value.get());
+}
+
+std::vector<u32> ids_in(const value_ptr& list) {
+    std::vector<u32> ids;
+    if (const vector_property* all = as_vector(list)) {
+        ids.reserve(all->elements.size());
+        std::ranges::transform(all->elements, std::back_inserter(ids), id_in);
+    }
+    return ids;
+}
+
+} // namespace
+
+u32 id_in(const abstract_property* value) {
+    if (const auto* number = as<unsigned>(value)) return number->value;
+    if (const auto* number = as<int>(value)) return static_cast<u32>(number->value);
+    if (const auto* number = as<long>(value)) return static_cast<u32>(number->value);
+    return 0;
+}
+
+bool is_object_type_of_udp(const object* what, u32 type) {
+    if (!what || what->type() != type_id::user_defined_property) return false;
+    const value_ptr list = what->get_property(property_id::udp_object_types);
+    const vector_property* all = as_vector(list);
+    // An element that is no number names no type, not even type 0.
+    const auto names_it = [&](const abstract_property* element) {
+        const bool is_number = as<unsigned>(element) || as<int>(element) || as<long>(element);
+        return is_number && id_in(element) == type;
+    };
+    return all && std::ranges::any_of(all->elements, names_it);
+}
+
+u32 udp_property_id(const object* what) {
+    return what ? id_in(what->get_property(property_id::udp_id).get()) : 0;
+}
+
+meta_object* type_of(const object& what) {
+    kelm::model* const in = what.model();
+    return in ? in->meta_model()->find_meta_object(what.type()) : nullptr;
+}
+
+meta_object* definition::type(u32 id) const {
+    kelm::model* const in = self_.model();
+    return in ? in->meta_model()->find_meta_object(id) : nullptr;
+}
+
+bool definition::is_complete() const {
+    return self_.has_property(property_id::name) && !object_types().empty();
+}
+
+std::string definition::name() const { return text_of(self_.get_property(property_id::name)); }
+
+bool definition::has_default_value() const { return self_.has_property(property_id::udp_default_value); }
+
+std::vector<u32> definition::object_types() const {
+    return ids_in(self_.get_property(property_id::udp_object_types));
+}
+
+value_ptr definition::choices() const { return self_.get_property(property_id::udp_default_value_choices); }
+
+// Kept: a name is all that ties a definition to its properties, so one that the application declared, or
+// another definition made, is found as well when it has the name.  Making passed such types over; renaming
+// the definition renames it too, and removing it is refused where it is not this model's own.
+std::vector<meta_property_of_type> definition::find(const std::string& name) const {
+    std::vector<meta_property_of_type> found;
+    if (!is_complete()) return found;
+    const std::string wanted = name.empty() ? this->name() : name;
+    for (const u32 id : object_types()) {
+        meta_object* const at = type(id);
+        if (meta_property* const there = at ? at->find_property(wanted) : nullptr)
+            found.push_back({at, there});
+    }
+    return found;
+}
+
+struct definition::plan {
+    std::string name;
+    std::string definition;
+    std::string default_value;
+    value_ptr choices;
+    bool multiline;
+    u32 id; ///< 0 until the first property is made
+};
+
+definition::plan definition::read_plan() const {
+    const value_ptr multiline = self_.get_property(property_id::udp_multiline_value);
+    const auto* flag = as<bool>(multiline.get());
+    return {.name = name(),
+            .definition = text_of(self_.get_property(property_id::definition)),
+            .default_value = text_of(self_.get_property(property_id::udp_default_value)),
+            .choices = choices(),
+            .multiline = flag && flag->value,
+            .id = udp_property_id(&self_)};
+}
+
+bool definition::make() {
+    plan wanted = read_plan();
+    return std::ranges::all_of(object_types(), [&](u32 type) { return make_for(type, wanted); });
+}
+
+bool definition::make_for(u32 type) {
+    plan wanted = read_plan();
+    return make_for(type, wanted);
+}
+
+// A type that is unknown, or has a property of that name, is passed over: that is no failure.
+bool definition::make_for(u32 type, plan& wanted) {
+    const meta_object* const there = this->type(type);
+    if (!there || there->find_property(wanted.name)) return true;
+    meta_property* const made = self_.model()->add_user_defined_property(type, wanted.name, data_type::string,
+                                                                         wanted.definition, wanted.id);
+    if (!made) return true;
+    // Asked for again: the model may have made a type of its own for it only now.
+    const std::vector<meta_property_of_type> it{{this->type(type), made}};
+    if (wanted.choices && !set_attribute(it, attribute_id::default_value_choices, *wanted.choices))
+        return false;
+    if (!wanted.default_value.empty() &&
+        !set_attribute(it, attribute_id::default_value, property<std::string>(wanted.default_value)))
+        return false;
+    if (wanted.multiline && !set_attribute(it, attribute_id::multiline, property<bool>(true))) return false;
+    if (wanted.id != 0) return true;
+    wanted.id = made->id();
+    return set(property_id::udp_id, property<int>(static_cast<int>(wanted.id)));
+}
+
+bool definition::set(u32 property, const abstract_property& value) {
+    return self_.set_property(property, value);
+}
+
+bool definition::set_attribute(const std::vector<meta_property_of_type>& those, u32 attribute,
+                               const abstract_property& value) {
+    kelm::model* const in = self_.model();
+    return std::ranges::all_of(those, [&](const meta_property_of_type& it) {
+        return in->set_user_defined_property_attribute(it.type, it.property, attribute, value);
+    });
+}
+
+bool definition::remove(const std::vector<meta_property_of_type>& those) {
+    // Ids, not pointers: removing runs hooks of objects, and a type that is listed twice is met again without
+    // its property.
+    std::vector<std::pair<u32, u32>> ids;
+    ids.reserve(those.size());
+    for (const auto& it : those) ids.emplace_back(it.type->id(), it.property->id());
+    kelm::model* const in = self_.model();
+    return std::ranges::all_of(
+        ids, [&](const auto& id) { return in->remove_user_defined_property(id.first, id.second); });
+}
+
+bool definition::remove_from(u32 type) {
+    const meta_object* const at = this->type(type);
+    const meta_property* const it = at ? at->find_property(name()) : nullptr;
+    return it && self_.model()->remove_user_defined_property(type, it->id());
+}
+
+bool definition::pass_on_choices() {
+    const value_ptr now = choices();
+    return !now || set_attribute(find(), attribute_id::default_value_choices, *now);
+}
+
+} // namespace kelm::udp

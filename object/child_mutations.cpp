@@ -1,0 +1,160 @@
+// Changing the tree: what is special about each change on the road of every change.
+// Reading children is child_listing.cpp.
+#include "message/child_messages.h"
+#include "object/mutation.h"
+
+#include <kelm/filters.h>
+
+namespace kelm {
+
+namespace {
+
+struct child_row : structure_row {
+    object_impl& child;
+};
+
+struct add_child_row : child_row {
+    std::size_t position = 0;
+
+    // Kept: without hooks of the kind a deleted object does take the change.
+    bool stops_when_deleted() const { return self.has_hooks<pre_add_child_semantic>(); }
+    bool pre(object_impl& at) {
+        return at.run<pre_add_child_semantic>([&](pre_add_child_semantic& h) { return h.do_it(&at, &child); });
+    }
+    step change() {
+        if (self.child_position(&child) != npos) return step::nothing_to_do;
+        if (!self.may_own(child) || self.is_listed_elsewhere(child)) return step::refuse;
+        position = self.made_children().run_size(child.type());
+        self.insert_child(child, position);
+        return step::go_on;
+    }
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<child_add_message_impl>(&self, &child, position);
+    }
+    bool post(object_impl& at) {
+        return at.run<post_add_child_semantic>([&](post_add_child_semantic& h) { return h.do_it(&at, &child); });
+    }
+};
+
+struct remove_child_row : child_row {
+    std::size_t position = 0;
+
+    bool stops_when_deleted() const { return self.has_hooks<pre_remove_child_semantic>(); }
+    bool pre(object_impl& at) {
+        return at.run<pre_remove_child_semantic>([&](pre_remove_child_semantic& h) { return h.do_it(&at, &child); });
+    }
+    step change() {
+        position = self.child_position(&child);
+        if (position == npos) return step::nothing_to_do;
+        self.take_child(child);
+        return step::go_on;
+    }
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<child_remove_message_impl>(&self, &child, position);
+    }
+    bool post(object_impl& at) {
+        return at.run<post_remove_child_semantic>(
+            [&](post_remove_child_semantic& h) { return h.do_it(&at, &child); });
+    }
+};
+
+struct order_child_row : child_row {
+    std::size_t position;
+    std::size_t old_position = 0;
+
+    bool stops_when_deleted() const { return self.has_hooks<pre_set_child_order_semantic>(); }
+    bool pre(object_impl& at) {
+        return at.run<pre_set_child_order_semantic>(
+            [&](pre_set_child_order_semantic& h) { return h.do_it(&at, &child, position); });
+    }
+    step change() {
+        const child_list* const list = self.child_objects();
+        if (!list) return step::nothing_to_do;
+        old_position = list->position_of(child);
+        const bool is_stranger = old_position == npos;
+        if (is_stranger && child.owner_object() != &self) return step::refuse; // it would have two owners
+        if (old_position == position) return step::go_on;                      // told and recorded all the same
+        self.take_child(child);
+        if (is_stranger) old_position = list->run_size(child.type());
+        // Kept: a position behind the end leaves the child out of the list, and nothing is told or recorded.
+        if (position > list->run_size(child.type())) return step::nothing_to_do;
+        self.insert_child(child, position);
+        return step::go_on;
+    }
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<child_order_message_impl>(&self, &child, position, old_position);
+    }
+    bool post(object_impl& at) {
+        return at.run<post_set_child_order_semantic>(
+            [&](post_set_child_order_semantic& h) { return h.do_it(&at, &child, position, old_position); });
+    }
+};
+
+/// The two lists are changed by mutations of their own, with their own hooks and messages.
+struct set_owner_row : structure_row {
+    object_impl& new_owner;
+    object* old_owner = nullptr;
+
+    bool stops_when_deleted() const { return self.has_hooks<pre_set_owner_semantic>(); }
+    bool pre(object_impl& at) {
+        return at.run<pre_set_owner_semantic>([&](pre_set_owner_semantic& h) { return h.do_it(&at, &new_owner); });
+    }
+    step change() {
+        if (!new_owner.may_own(self)) return step::refuse;
+        old_owner = self.owner_object();
+        if (old_owner && !old_owner->remove_child(&self)) return step::failed;
+        return new_owner.add_child(&self) ? step::go_on : step::failed;
+    }
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<owner_set_message_impl>(&self, &new_owner, old_owner);
+    }
+    bool post(object_impl& at) {
+        return at.run<post_set_owner_semantic>(
+            [&](post_set_owner_semantic& h) { return h.do_it(&at, &new_owner, old_owner); });
+    }
+};
+
+} // namespace
+
+// One owner a child, inside one model, and no circles.
+bool object_impl::may_own(const object_impl& child) const {
+    if (child.type_id_ == type_id::model || child.model_ != model_ || &child == this) return false;
+    if (child.object_state_ == state::being_created && !child.children_) return true; // nobody's owner yet
+    for (const object_impl* at = owner_object_; at; at = at->owner_object_)
+        if (at == &child) return false;
+    return true;
+}
+
+bool object_impl::is_listed_elsewhere(const object_impl& child) const {
+    const object_impl* const owner = child.owner_object_;
+    return owner && owner != this && owner->children_ && owner->children_->position_of(child) != npos;
+}
+
+bool object_impl::add_child(object* child) {
+    return child ? mutate(add_child_row{{{*this}, *impl_of(child)}}) : refuse();
+}
+
+bool object_impl::remove_child(object* child) {
+    if (!children_ || !child) return true;
+    return mutate(remove_child_row{{{*this}, *impl_of(child)}});
+}
+
+bool object_impl::remove_children(filter* which) {
+    if (!children_) return true;
+    std::vector<object*> listed;
+    children(listed, which);
+    bool all = true;
+    for (object* const each : listed)
+        if (child_position(each) != npos && !remove_child(each)) all = false;
+    return all;
+}
+
+bool object_impl::set_child_position(object* child, std::size_t position) {
+    return child ? mutate(order_child_row{{{*this}, *impl_of(child)}, position}) : refuse();
+}
+
+bool object_impl::set_owner(object* new_owner) {
+    return new_owner ? mutate(set_owner_row{{*this}, *impl_of(new_owner)}) : refuse();
+}
+
+} // namespace kelm

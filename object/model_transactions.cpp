@@ -1,0 +1,55 @@
+// Opening, closing, undoing and redoing transactions of a model.
+// What is stored, and how the log is walked, is message_history_impl.
+#include "object/model_impl.h"
+
+#include <kelm/message.h>
+
+namespace kelm {
+
+tran_begin_message* model_impl::begin_transaction(const std::string& name) {
+    const message_history_impl::in_use guard{history_};
+    auto made = std::make_unique<tran_begin_message_impl>(this, last_transaction_id_.next(), name);
+    tran_begin_message_impl& begin = *made;
+    if (!history_.add_message(std::move(made))) return nullptr;
+    if (begin.level() == 0 && !notify(&begin)) return nullptr; // it is open all the same
+    return &begin;
+}
+
+tran_end_message* model_impl::end_transaction() {
+    const message_history_impl::in_use guard{history_};
+    auto made = std::make_unique<tran_end_message_impl>(this);
+    tran_end_message_impl& end = *made;
+    if (!history_.add_message(std::move(made))) return nullptr;
+    if (end.level() != 0) return &end;
+    const bool passed = run<post_end_transaction_semantic>(
+        [&](post_end_transaction_semantic& h) { return h.do_it(static_cast<kelm::model*>(this)); });
+    if (passed) return &end;
+    undo();
+    return nullptr;
+}
+
+void model_impl::rollback_last_transaction() { history_.rollback_last(); }
+
+void model_impl::undo() {
+    history_.undo();
+    take_over_transaction_id();
+}
+
+void model_impl::redo() {
+    history_.redo();
+    take_over_transaction_id();
+}
+
+// Kept: the counter follows the newest transaction, so that the numbers of undone ones are given again.
+void model_impl::take_over_transaction_id() {
+    const auto* const end = history_.last_top_level_end();
+    if (end && end->partner()) last_transaction_id_.set_last(end->id());
+}
+
+int model_impl::undo_levels() const {
+    return history_.undo_disabled() ? 0 : static_cast<int>(history_.max_undo_levels());
+}
+
+void model_impl::clear_history() { history_.clear(); }
+
+} // namespace kelm

@@ -1,0 +1,182 @@
+// Birth and end of an object, its identity, its observers, and giving way after a refusal.
+// Values, children and bases have files of their own.
+#include "object/object_impl.h"
+
+#include "message/observer_messages.h"
+#include "meta/meta_model_impl.h"
+#include "object/model_impl.h"
+#include "util/slab_range.h"
+
+#include <algorithm>
+
+namespace kelm {
+
+object_impl::object_impl(u32 type, object_impl* owner, bool no_semantics, bool assign_id)
+    : owner_object_(owner), model_(owner ? owner->model_ : nullptr), type_id_(type) {
+    if (assign_id) object_id_ = type == type_id::model ? 1 : model_->next_object_id();
+    if (!no_semantics) attach_semantics();
+}
+
+object_impl::~object_impl() = default;
+
+void* object_impl::operator new(std::size_t size) { return allocate_slot(size); }
+void object_impl::operator delete(void* memory, std::size_t size) noexcept { free_slot(memory, size); }
+
+void object_impl::attach_semantics() { semantic_table_ = application_semantics(type_id_); }
+
+void object_impl::place_in(model_impl& in) {
+    if (model_ == &in) return;
+    bare_objects().release(*this);
+    in.pool().adopt(*this);
+    model_ = &in;
+}
+
+kelm::model* object_impl::model() const { return model_; }
+
+object* object_impl::owner(u32 type) const {
+    object_impl* at = owner_object_;
+    if (type != 0)
+        while (at && at->type_id_ != type) at = at->owner_object_;
+    return at;
+}
+
+meta_object* object_impl::meta() const {
+    return model_ ? model_->types().find_meta_object(type_id_) : application_meta_model().find_meta_object(type_id_);
+}
+
+bool object_impl::semantics_of_kind(int kind, std::vector<shared_ptr<semantic>>& out) const {
+    out.clear();
+    const auto* const list = semantic_table_ ? semantic_table_->of(kind) : nullptr;
+    if (!list) return false;
+    out = *list;
+    return true;
+}
+
+kelm::semantic* object_impl::find_semantic(u32 id) const {
+    return semantic_table_ ? semantic_table_->find(id) : nullptr;
+}
+
+bool object_impl::refuse() {
+    // Nothing is done behind the rollback, which has cleared the in-semantic mark; outside a transaction it stays.
+    if (model_ && model_->log().transaction_open()) model_->rollback_transaction();
+    return false;
+}
+
+bool object_impl::attach(observer* who) {
+    if (!who || !subject_impl::attach(who)) return false;
+    const auto* const observing = dynamic_cast<object*>(who);
+    if (!observing) return true;
+    if (model_) {
+        const message_history_impl::in_use guard{model_->log()};
+        model_->log().add_message(std::make_unique<observer_add_message_impl>(this, who, observing->id()));
+    }
+    if (!observer_ids_) observer_ids_ = std::make_unique<std::set<u32>>();
+    observer_ids_->insert(observing->id());
+    return true;
+}
+
+bool object_impl::detach(observer* who) {
+    if (!who || !subject_impl::detach(who)) return false;
+    const auto* const observing = dynamic_cast<object*>(who);
+    if (!observing) return true;
+    if (model_) {
+        const message_history_impl::in_use guard{model_->log()};
+        model_->log().add_message(std::make_unique<observer_remove_message_impl>(this, who, observing->id()));
+    }
+    if (observer_ids_) observer_ids_->erase(observing->id());
+    return true;
+}
+
+bool object_impl::detach_object(object* who) { return who && detach(static_cast<observer*>(impl_of(who))); }
+
+void object_impl::attach_silently(observer& who, u32 id) {
+    subject_impl::attach(&who);
+    if (!observer_ids_) observer_ids_ = std::make_unique<std::set<u32>>();
+    observer_ids_->insert(id);
+}
+
+void object_impl::detach_silently(observer& who, u32 id) {
+    subject_impl::detach(&who);
+    if (observer_ids_) observer_ids_->erase(id);
+}
+
+bool object_impl::update(subject* from, message* what) {
+    if (!has_hooks<update_semantic>()) return true;
+    return run<update_semantic>([&](update_semantic& h) { return h.do_it(this, from, what); }) || refuse();
+}
+
+void object_impl::enter_id_map() {
+    if (model_) model_->objects_by_id().enter(object_id_, this);
+}
+
+void object_impl::leave_id_map() {
+    if (model_) model_->objects_by_id().leave(object_id_, this);
+}
+
+void object_impl::destroy() {
+    if (!model_) return;
+    leave_id_map();
+    model_->pool().destroy(*this);
+}
+
+bool object_impl::is_elsewhere(const object_impl& other, bool whole_model) const {
+    return !whole_model || other.model_ != model_;
+}
+
+// The destructor asks nobody and tells nobody: what other objects, other models and observers still hold of this one
+// is cut here, so that nothing is left pointing at freed memory.
+void object_impl::unlink(bool whole_model) {
+    for (const auto& [id, value] : values_) {
+        if (!value) continue;
+        if (const auto* const reference = dynamic_cast<const property<object*>*>(value.get())) {
+            if (reference->value && is_elsewhere(*impl_of(reference->value), whole_model))
+                unlink_references(reference);
+        } else if (const auto* const list = dynamic_cast<const vector_property*>(value.get())) {
+            for (const abstract_property* element : list->elements) {
+                const auto* const held = dynamic_cast<const property<object*>*>(element);
+                if (held && held->value && is_elsewhere(*impl_of(held->value), whole_model))
+                    unlink_references(held);
+            }
+        }
+    }
+    if (referencing_) {
+        for (object_impl* const holder : referencing_->copy())
+            if (is_elsewhere(*holder, whole_model)) holder->clear_references_to(*this);
+    }
+    unlink_bases(whole_model);
+    unlink_observers(whole_model);
+    if (!whole_model && children_)
+        children_->for_each([this](object_impl& child) {
+            if (child.owner_object_ == this) child.owner_object_ = nullptr;
+        });
+}
+
+// A reference that would dangle reads as null from then on.
+void object_impl::clear_references_to(const object_impl& gone) {
+    const auto clear = [&](abstract_property* value) {
+        auto* const reference = dynamic_cast<property<object*>*>(value);
+        if (reference && reference->value == static_cast<const object*>(&gone)) reference->value = nullptr;
+    };
+    for (const auto& [id, value] : values_) {
+        clear(value.get());
+        if (auto* const list = dynamic_cast<vector_property*>(value.get()))
+            std::ranges::for_each(list->elements, clear);
+    }
+}
+
+void object_impl::unlink_observers(bool whole_model) {
+    for (observer* const who : subject_impl::observers()) {
+        const auto* const observing = dynamic_cast<object_impl*>(who);
+        if (!observing || is_elsewhere(*observing, whole_model)) subject_impl::detach(who);
+    }
+    for (subject* const watched : observer_impl::subjects()) {
+        auto* const thing = dynamic_cast<object_impl*>(watched);
+        if (thing && !is_elsewhere(*thing, whole_model)) continue;
+        if (thing && thing->observer_ids_) thing->observer_ids_->erase(object_id_);
+        thing ? thing->subject_impl::detach(this) : watched->detach(this);
+    }
+}
+
+
+
+} // namespace kelm

@@ -1,0 +1,39 @@
+// Adopting and freeing objects.
+// Who may ask for it is told with the messages of objects.
+#include "object/object_pool.h"
+
+#include "object/object_impl.h"
+
+namespace kelm {
+
+void object_pool::adopt(object_impl& what) {
+    objects_.push_back(&what);
+    what.pool_place_ = static_cast<u32>(objects_.size() - 1);
+}
+
+void object_pool::release(object_impl& what) {
+    object_impl* const last = objects_.back();
+    objects_[what.pool_place_] = last;
+    last->pool_place_ = what.pool_place_;
+    objects_.pop_back();
+}
+
+void object_pool::destroy(object_impl& what) {
+    release(what);
+    what.unlink(false);
+    delete &what;
+}
+
+// All of them go: only what other models and observers hold of them has to be cut.
+void object_pool::destroy_all() {
+    for (object_impl* what : objects_) what->unlink(true);
+    for (object_impl* what : objects_) delete what;
+    objects_.clear();
+}
+
+object_pool& bare_objects() {
+    static object_pool pool;
+    return pool;
+}
+
+} // namespace kelm

@@ -1,0 +1,120 @@
+// The second storey of a change: values, elements and children of one object, changed without a word.
+// Edits of bases are inherit_edits.cpp.
+#include "object/object_impl.h"
+
+namespace kelm {
+
+namespace {
+
+const object_impl* target_of(const abstract_property* value) {
+    const auto* const reference = dynamic_cast<const property<object*>*>(value);
+    return reference && reference->value ? impl_of(reference->value) : nullptr;
+}
+
+/// Calls `visit` for each target of a reference, or of the references in a vector.
+template <class Visit>
+void for_each_target(const abstract_property* value, Visit&& visit) {
+    if (!value) return;
+    if (const auto* const target = target_of(value)) {
+        visit(const_cast<object_impl&>(*target));
+    } else if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
+        for (const abstract_property* element : list->elements)
+            if (const auto* const each = target_of(element)) visit(const_cast<object_impl&>(*each));
+    }
+}
+
+} // namespace
+
+void object_impl::link_references(const abstract_property* value) {
+    for_each_target(value, [this](object_impl& target) {
+        if (!target.referencing_) target.referencing_ = std::make_unique<back_links>();
+        target.referencing_->add(this);
+    });
+}
+
+void object_impl::unlink_references(const abstract_property* value) {
+    for_each_target(value, [this](object_impl& target) {
+        if (!target.referencing_) return;
+        target.referencing_->remove(this);
+        if (target.referencing_->empty()) target.referencing_.reset();
+    });
+}
+
+std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id, std::unique_ptr<abstract_property> value) {
+    link_references(value.get());
+    std::unique_ptr<abstract_property> former = values_.exchange(id, std::move(value));
+    unlink_references(former.get());
+    return former;
+}
+
+std::unique_ptr<abstract_property> object_impl::take_value(u32 id) {
+    std::unique_ptr<abstract_property> former = values_.take(id);
+    unlink_references(former.get());
+    return former;
+}
+
+vector_property* object_impl::own_vector(u32 id) const {
+    return dynamic_cast<vector_property*>(values_.find(id));
+}
+
+void object_impl::exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) {
+    vector_property* const list = own_vector(id);
+    if (!list || position >= list->elements.size()) return;
+    link_references(element.get());
+    std::unique_ptr<abstract_property> former{list->elements[position]};
+    list->elements[position] = element.release();
+    element = std::move(former);
+    unlink_references(element.get());
+}
+
+void object_impl::insert_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) {
+    vector_property* const list = own_vector(id);
+    if (!list || position > list->elements.size()) return;
+    list->elements.insert(list->elements.begin() + static_cast<std::ptrdiff_t>(position), element.get());
+    link_references(element.release());
+}
+
+std::unique_ptr<abstract_property> object_impl::take_element(u32 id, std::size_t position,
+                                                             const abstract_property* wanted) {
+    vector_property* const list = own_vector(id);
+    if (!list) return nullptr;
+    auto& elements = list->elements;
+    if (wanted && (position >= elements.size() || elements[position] != wanted))
+        position = static_cast<std::size_t>(std::find(elements.begin(), elements.end(), wanted) - elements.begin());
+    if (position >= elements.size()) return nullptr;
+    std::unique_ptr<abstract_property> former{elements[position]};
+    elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(position));
+    unlink_references(former.get());
+    return former;
+}
+
+void object_impl::move_element(u32 id, std::size_t from, std::size_t to) {
+    vector_property* const list = own_vector(id);
+    if (!list || from >= list->elements.size() || to >= list->elements.size()) return;
+    auto& elements = list->elements;
+    abstract_property* const moved = elements[from];
+    elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(from));
+    elements.insert(elements.begin() + static_cast<std::ptrdiff_t>(to), moved);
+}
+
+child_list& object_impl::made_children() {
+    if (!children_) children_ = std::make_unique<child_list>();
+    return *children_;
+}
+
+void object_impl::insert_child(object& child, std::size_t position) {
+    object_impl& what = *impl_of(&child);
+    if (made_children().position_of(what) != npos) return;
+    children_->insert(what, position);
+    what.owner_object_ = this;
+}
+
+void object_impl::take_child(object& child) {
+    if (children_) children_->remove(*impl_of(&child));
+}
+
+void object_impl::move_child(object& child, std::size_t position) {
+    if (children_ && children_->remove(*impl_of(&child)) != npos) children_->insert(*impl_of(&child), position);
+}
+
+} // namespace kelm

@@ -1,0 +1,91 @@
+// Setting and deleting values: what is special about them on the road of every change.
+// Elements of vectors are vector_mutations.cpp.
+#include "message/value_messages.h"
+#include "object/effective_value.h"
+#include "object/mutation.h"
+
+namespace kelm {
+
+namespace {
+
+struct set_property_row : property_row {
+    const abstract_property& value;
+    std::unique_ptr<abstract_property> old{};      // until the message takes it over
+    const abstract_property* old_for_hooks = nullptr;
+    abstract_property* stored = nullptr;
+    object_impl* source = nullptr;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_set_semantic>(
+            [&](pre_prop_set_semantic& h) { return h.do_it(&at, id, value, &self); });
+    }
+
+    step change() {
+        std::unique_ptr<abstract_property> made = clone(&value);
+        stored = made.get();
+        if (!self.defines_property(id)) {
+            effective_value so_far = find_effective_value(self, id);
+            source = so_far.source;
+            old = so_far.take();
+        }
+        // The hooks of that read may have stored a value themselves.
+        if (self.defines_property(id)) {
+            old = self.exchange_value(id, std::move(made));
+            source = &self;
+        } else {
+            self.exchange_value(id, std::move(made));
+        }
+        old_for_hooks = old.get();
+        return step::go_on;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<property_set_message_impl>(&self, std::move(old), stored, id, source);
+    }
+
+    bool post(object_impl& at) {
+        if (!at.has_hooks<post_prop_set_semantic>()) return true;
+        const value_ptr copy = shared_clone(old_for_hooks);
+        return at.run<post_prop_set_semantic>([&](post_prop_set_semantic& h) {
+            // Kept: of all kinds only this one ends, content, when a hook before has deleted the object.
+            if (at.state() != state::normal && at.state() != state::being_created) return true;
+            return h.do_it(&at, id, value, copy, &self, source);
+        });
+    }
+};
+
+struct delete_property_row : property_row {
+    std::unique_ptr<abstract_property> taken{}; // until the message takes it over
+    const abstract_property* old = nullptr;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_delete_semantic>(
+            [&](pre_prop_delete_semantic& h) { return h.do_it(&at, id, &self); });
+    }
+
+    step change() {
+        if (!self.defines_property(id)) return step::nothing_to_do;
+        taken = self.take_value(id);
+        old = taken.get();
+        return step::go_on;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<property_delete_message_impl>(&self, std::move(taken), id);
+    }
+
+    bool post(object_impl& at) {
+        return at.run_with_clone<post_prop_delete_semantic>(
+            old, [&](post_prop_delete_semantic& h, const value_ptr& copy) { return h.do_it(&at, id, copy, &self); });
+    }
+};
+
+} // namespace
+
+bool object_impl::set_property(u32 id, const abstract_property& value) {
+    return mutate(set_property_row{{*this, id}, value});
+}
+
+bool object_impl::delete_property(u32 id) { return mutate(delete_property_row{{*this, id}}); }
+
+} // namespace kelm

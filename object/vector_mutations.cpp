@@ -1,0 +1,177 @@
+// Changing elements of own vector values: what is special about each on the road of every change.
+// Vectors are changed in place; a vector that is inherited is never touched.
+#include "message/vector_messages.h"
+#include "object/mutation.h"
+
+namespace kelm {
+
+namespace {
+
+vector_property* own_vector_of(const object_impl& at, u32 id) {
+    return dynamic_cast<vector_property*>(at.values().find(id));
+}
+
+struct insert_element_row : property_row {
+    const abstract_property& element;
+    std::size_t position;
+    std::unique_ptr<abstract_property> left_out{}; // the clone, where the position was behind the end
+    abstract_property* stored = nullptr;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_insert_vecprop_semantic>(
+            [&](pre_prop_insert_vecprop_semantic& h) { return h.do_it(&at, id, element, position, &self); });
+    }
+
+    step change() {
+        if (!own_vector_of(self, id)) return step::refuse;
+        left_out = clone(&element);
+        stored = left_out.get();
+        // Kept: a position behind the end puts nothing in, and the operation is told and recorded all the same.
+        self.insert_element(id, position, left_out);
+        return step::go_on;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        if (left_out)
+            return std::make_unique<property_insert_vec_prop_message_impl>(&self, std::move(left_out), id, position);
+        return std::make_unique<property_insert_vec_prop_message_impl>(&self, stored, id, position);
+    }
+
+    bool post(object_impl& at) {
+        return at.run<post_prop_insert_vecprop_semantic>(
+            [&](post_prop_insert_vecprop_semantic& h) { return h.do_it(&at, id, element, position, &self); });
+    }
+};
+
+struct delete_element_row : property_row {
+    std::size_t position;
+    std::unique_ptr<abstract_property> taken{};
+    const abstract_property* old = nullptr;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_delete_vecprop_semantic>(
+            [&](pre_prop_delete_vecprop_semantic& h) { return h.do_it(&at, id, position, &self); });
+    }
+
+    step change() {
+        const vector_property* const list = own_vector_of(self, id);
+        if (!list || position >= list->elements.size()) return step::refuse;
+        taken = self.take_element(id, position, nullptr);
+        old = taken.get();
+        return step::go_on;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<property_delete_vec_prop_message_impl>(&self, std::move(taken), id, position);
+    }
+
+    bool post(object_impl& at) {
+        return at.run_with_clone<post_prop_delete_vecprop_semantic>(
+            old, [&](post_prop_delete_vecprop_semantic& h, const value_ptr& copy) {
+                return h.do_it(&at, id, position, copy, &self);
+            });
+    }
+};
+
+struct set_element_row : property_row {
+    const abstract_property& element;
+    std::size_t position;
+    std::unique_ptr<abstract_property> taken{};
+    const abstract_property* old = nullptr;
+    abstract_property* stored = nullptr;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_set_vecprop_semantic>(
+            [&](pre_prop_set_vecprop_semantic& h) { return h.do_it(&at, id, element, position, &self); });
+    }
+
+    step change() {
+        const vector_property* const list = own_vector_of(self, id);
+        if (!list || position >= list->elements.size()) return step::refuse;
+        taken = clone(&element);
+        stored = taken.get();
+        self.exchange_element(id, position, taken);
+        old = taken.get();
+        return step::go_on;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<property_set_vec_prop_message_impl>(&self, std::move(taken), stored, id, position);
+    }
+
+    bool post(object_impl& at) {
+        return at.run_with_clone<post_prop_set_vecprop_semantic>(
+            old, [&](post_prop_set_vecprop_semantic& h, const value_ptr& copy) {
+                return h.do_it(&at, id, element, position, copy, &self);
+            });
+    }
+};
+
+struct move_element_row : property_row {
+    std::size_t from;
+    std::size_t to;
+    bool moved = false;
+
+    bool pre(object_impl& at) {
+        return at.run<pre_prop_change_vecprop_elem_order_semantic>(
+            [&](pre_prop_change_vecprop_elem_order_semantic& h) { return h.do_it(&at, id, from, to, &self); });
+    }
+
+    step change() {
+        const vector_property* const list = own_vector_of(self, id);
+        if (!list) return step::refuse;
+        if (from >= list->elements.size()) return step::go_on; // told as done, with nothing moved
+        std::unique_ptr<abstract_property> element = self.take_element(id, from, nullptr);
+        if (to <= list->elements.size()) {
+            self.insert_element(id, to, element);
+            moved = true;
+            return step::go_on;
+        }
+        // Kept: the element is out of the list by then, and no message has it; the model frees it at its end.
+        self.owning_model()->keep_lost_value(std::move(element));
+        return step::refuse;
+    }
+
+    std::unique_ptr<message_impl> message() {
+        return std::make_unique<element_position_vec_prop_message_impl>(&self, id, from, to, moved);
+    }
+
+    bool post(object_impl& at) {
+        return at.run<post_prop_change_vecprop_elem_order_semantic>(
+            [&](post_prop_change_vecprop_elem_order_semantic& h) { return h.do_it(&at, id, from, to, &self); });
+    }
+};
+
+} // namespace
+
+bool object_impl::insert_vector_element(u32 id, const abstract_property& element, std::size_t position) {
+    return mutate(insert_element_row{{*this, id}, element, position});
+}
+
+bool object_impl::append_vector_element(u32 id, const abstract_property& element) {
+    if (!defines_property(id)) {
+        bool& mark = process().in_semantic;
+        const bool before = mark;
+        mark = true;
+        if (!set_property(id, vector_property{})) return false;
+        mark = before;
+    }
+    const vector_property* const list = own_vector(id);
+    if (!list && !is_deleted()) return refuse();
+    return insert_vector_element(id, element, list ? list->elements.size() : 0);
+}
+
+bool object_impl::delete_vector_element(u32 id, std::size_t position) {
+    if (!own_vector(id)) return refuse(); // before any hook
+    return mutate(delete_element_row{{*this, id}, position});
+}
+
+bool object_impl::set_vector_element(u32 id, const abstract_property& element, std::size_t position) {
+    return mutate(set_element_row{{*this, id}, element, position});
+}
+
+bool object_impl::move_vector_element(u32 id, std::size_t from, std::size_t to) {
+    return mutate(move_element_row{{*this, id}, from, to});
+}
+
+} // namespace kelm

@@ -1,0 +1,71 @@
+"""Runs kelm-schema for the tests beside this file; the program is their first argument."""
+import json
+import os
+import pathlib
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import unittest
+
+TOOL = os.path.abspath(sys.argv[1]) if len(sys.argv) > 1 else ""
+
+
+def run(*arguments, **options):
+    return subprocess.run([TOOL, *map(os.fsencode, arguments)], capture_output=True, timeout=50, **options)
+
+
+class ToolTest(unittest.TestCase):
+    """Gives each test a folder of its own."""
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def make(self, script, name="made.db"):
+        path = self.folder / name
+        connection = sqlite3.connect(path)
+        connection.executescript(script)
+        connection.close()
+        return path
+
+    def tree(self, path):
+        done = run("show", path)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return done.stdout.decode("utf-8")
+
+    def lines(self, path):
+        return [line.strip() for line in self.tree(path).splitlines()]
+
+    def block(self, path, first_line):
+        """The lines of one table or view."""
+        for block in self.tree(path).split("\n\n"):
+            lines = block.rstrip("\n").split("\n")
+            if lines[0] == first_line:
+                return lines[1:]
+        return self.fail(f"no block begins with {first_line!r}:\n{self.tree(path)}")
+
+    def json(self, path):
+        """Read by the strictest reader at hand: no repeated keys, no constants beyond JSON."""
+        def once(pairs):
+            self.assertEqual(len(pairs), len({key for key, _ in pairs}))
+            return dict(pairs)
+
+        done = run("show", path, "--json")
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return json.loads(done.stdout.decode("utf-8"), object_pairs_hook=once, parse_constant=self.fail)
+
+    def refused(self, *arguments, **options):
+        """The one sentence on stderr."""
+        done = run(*arguments, **options)
+        self.assertEqual(done.returncode, 1, done)
+        self.assertEqual(done.stdout, b"")
+        sentence = done.stderr.decode("utf-8", "replace")
+        self.assertRegex(sentence, r"\Akelm-schema: [^\n]+\n\Z")
+        return sentence[len("kelm-schema: "):-1]
+
+
+def main():
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,297 @@
+// Boxes of one value: what a new one holds, copies, comparison, and the pair with an attribute.
+// Text and binary forms, and vectors, have files of their own.
+#include "framework/data_types.h"
+#include "framework/values.h"
+
+#include <kelm/property.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <typeinfo>
+
+namespace kelm {
+namespace {
+
+using box = std::unique_ptr<abstract_property>;
+
+template <class T>
+box make(const stored_value<T>& value) {
+    return std::make_unique<property<T>>(value);
+}
+
+constexpr GUID some_id{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
+
+TEST(values, a_new_box_holds_nothing) {
+    EXPECT_FALSE(property<bool>{}.value);
+    EXPECT_EQ(property<short>{}.value, 0);
+    EXPECT_EQ(property<int>{}.value, 0);
+    EXPECT_EQ(property<long>{}.value, 0);
+    EXPECT_EQ(property<unsigned>{}.value, 0U);
+    EXPECT_EQ(property<long long>{}.value, 0);
+    EXPECT_EQ(property<double>{}.value, 0.0);
+    EXPECT_EQ(property<std::string>{}.value, "");
+    EXPECT_EQ(property<object*>{}.value, nullptr);
+    EXPECT_TRUE(property<GUID>{}.value == GUID{});
+    EXPECT_TRUE(property<id_multimap>{}.value.empty());
+    EXPECT_TRUE(vector_property{}.elements.empty());
+}
+
+TEST(values, a_long_has_32_bits) {
+    static_assert(sizeof(property<long>{}.value) == 4);
+    EXPECT_EQ(property<long>{std::numeric_limits<std::int32_t>::min()}.value, -2147483647 - 1);
+}
+
+TEST(values, a_clone_is_another_box_of_the_same_kind_and_value) {
+    std::vector<box> all;
+    all.push_back(make<bool>(true));
+    all.push_back(make<short>(-3));
+    all.push_back(make<int>(4));
+    all.push_back(make<long>(5));
+    all.push_back(make<unsigned>(6));
+    all.push_back(make<long long>(1LL << 40));
+    all.push_back(make<double>(2.5));
+    all.push_back(make<std::string>("text that is too long to be stored in place"));
+    all.push_back(make<GUID>(some_id));
+    all.push_back(make<id_multimap>({{1, 2}, {1, 3}}));
+    for (const box& original : all) {
+        SCOPED_TRACE(typeid(*original).name());
+        const box copy{original->clone()};
+        EXPECT_NE(copy.get(), original.get());
+        EXPECT_EQ(typeid(*copy), typeid(*original));
+        EXPECT_TRUE(copy->equals(original.get()));
+        EXPECT_TRUE(original->equals(copy.get()));
+    }
+    const box reference = std::make_unique<property<object*>>();
+    const box copy{reference->clone()};
+    EXPECT_EQ(dynamic_cast<property<object*>&>(*copy).value, nullptr);
+}
+
+TEST(values, a_clone_lives_on_its_own) {
+    property<std::string> original{"before"};
+    const box copy{original.clone()};
+    original.value = "after";
+    EXPECT_EQ(copy->to_string(), "before");
+}
+
+TEST(values, merging_does_nothing_to_a_box_of_one_value) {
+    property<int> value{1};
+    property<int> other{2};
+    value.merge(&other);
+    EXPECT_EQ(value.value, 1);
+    EXPECT_EQ(other.value, 2);
+    value.merge(nullptr);
+    EXPECT_EQ(value.value, 1);
+}
+
+TEST(values, comparison_of_boxes_of_one_kind) {
+    struct row {
+        const char* why;
+        box a;
+        box b;
+        bool same;
+    };
+    const row rows[] = {
+        {"both true", make<bool>(true), make<bool>(true), true},
+        {"both false", make<bool>(false), make<bool>(false), true},
+        {"true and false", make<bool>(true), make<bool>(false), false},
+        {"shorts alike", make<short>(-7), make<short>(-7), true},
+        {"shorts apart by the sign", make<short>(-7), make<short>(7), false},
+        {"ints alike", make<int>(70000), make<int>(70000), true},
+        {"ints apart in the high half", make<int>(70000), make<int>(70000 - 65536), false},
+        {"longs alike", make<long>(-1), make<long>(-1), true},
+        {"longs apart", make<long>(-1), make<long>(0), false},
+        {"unsigneds alike", make<unsigned>(4294967295U), make<unsigned>(4294967295U), true},
+        {"unsigneds apart", make<unsigned>(4294967295U), make<unsigned>(4294967294U), false},
+        {"long longs alike", make<long long>(-(1LL << 40)), make<long long>(-(1LL << 40)), true},
+        {"long longs apart in the high half", make<long long>(1LL << 40), make<long long>(1LL << 41), false},
+        {"texts alike", make<std::string>("abc"), make<std::string>("abc"), true},
+        {"texts apart by case", make<std::string>("abc"), make<std::string>("Abc"), false},
+        {"texts apart by length", make<std::string>("abc"), make<std::string>("ab"), false},
+        {"texts apart behind a zero byte", make<std::string>(std::string("a\0b", 3)),
+         make<std::string>(std::string("a\0c", 3)), false},
+        {"ids alike", make<GUID>(some_id), make<GUID>(some_id), true},
+        {"ids apart in the first half", make<GUID>(some_id),
+         make<GUID>({0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}), false},
+        {"ids apart in the last byte", make<GUID>(some_id), make<GUID>({1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 12}}),
+         false},
+        {"maps empty", make<id_multimap>({}), make<id_multimap>({}), true},
+        {"maps alike", make<id_multimap>({{1, 2}, {3, 4}}), make<id_multimap>({{3, 4}, {1, 2}}), true},
+        {"maps apart by size", make<id_multimap>({{1, 2}, {3, 4}}), make<id_multimap>({{1, 2}}), false},
+        {"maps apart by a key", make<id_multimap>({{1, 2}}), make<id_multimap>({{2, 2}}), false},
+        {"maps apart by a value", make<id_multimap>({{1, 2}}), make<id_multimap>({{1, 3}}), false},
+        {"maps apart by the order under one key", make<id_multimap>({{1, 2}, {1, 3}}),
+         make<id_multimap>({{1, 3}, {1, 2}}), false},
+    };
+    for (const row& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(row.a->equals(row.b.get()), row.same);
+        EXPECT_EQ(row.b->equals(row.a.get()), row.same);
+    }
+}
+
+TEST(values, null_equals_nothing) {
+    for (const u32 code : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 1001U, 1002U, 1003U}) {
+        SCOPED_TRACE(code);
+        data_types::register_built_in_data_types();
+        const box value{data_types::create_value(code)};
+        ASSERT_TRUE(value);
+        EXPECT_FALSE(value->equals(nullptr));
+    }
+    EXPECT_FALSE(property<unsigned>{}.equals(nullptr));
+}
+
+TEST(values, keeps_two_null_references_unequal) {
+    const property<object*> a;
+    const property<object*> b;
+    EXPECT_FALSE(a.equals(&b));
+    EXPECT_FALSE(a.equals(&a));
+}
+
+TEST(values, the_three_kinds_of_32_bits_compare_with_each_other) {
+    const box int_box = make<int>(-1);
+    const box long_box = make<long>(-1);
+    const box unsigned_box = make<unsigned>(4294967295U);
+    for (const box* a : {&int_box, &long_box, &unsigned_box})
+        for (const box* b : {&int_box, &long_box, &unsigned_box}) EXPECT_TRUE((*a)->equals(b->get()));
+    const box other = make<unsigned>(1);
+    EXPECT_FALSE(int_box->equals(other.get()));
+    EXPECT_FALSE(other->equals(long_box.get()));
+}
+
+TEST(values, boxes_of_other_kinds_are_never_equal) {
+    std::vector<box> all;
+    all.push_back(make<bool>(false));
+    all.push_back(make<short>(0));
+    all.push_back(make<int>(0));
+    all.push_back(make<long long>(0));
+    all.push_back(make<double>(0.0));
+    all.push_back(make<std::string>(""));
+    all.push_back(std::make_unique<property<object*>>());
+    all.push_back(std::make_unique<property<GUID>>());
+    all.push_back(std::make_unique<property<id_multimap>>());
+    all.push_back(std::make_unique<vector_property>());
+    for (const box& a : all)
+        for (const box& b : all) {
+            if (a == b) continue;
+            SCOPED_TRACE(std::string(typeid(*a).name()) + " and " + typeid(*b).name());
+            EXPECT_FALSE(a->equals(b.get()));
+        }
+}
+
+TEST(values, keeps_the_uneven_comparison_of_doubles) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    struct row {
+        const char* why;
+        double a;
+        double b;
+        bool same;
+    };
+    const row rows[] = {
+        {"alike", 1.5, 1.5, true},
+        {"a little apart", 1.0, 1.00000001, true},
+        {"a tenth apart", 1.0, 1.1, false},
+        {"b just below the limit counts as zero", 0.0, 4e-8, true},
+        {"b at the limit is a number, and zero is infinitely far from it", 0.0, 5e-8, false},
+        {"the same two the other way: a is not below the limit", 5e-8, 0.0, false},
+        {"both near zero", 1e-9, 1e-10, true},
+        {"near zero with other signs", 1e-9, -1e-9, true},
+        {"a is near zero, b is not: relative", 4.9999999e-8, 5.0000000e-8, true},
+        {"b is near zero, a is not: absolute", 5.0000000e-8, 4.9999999e-8, false},
+        {"other signs", 1.0, -1.0, false},
+        {"large, a little apart", 1e20, 1.00000001e20, true},
+        {"large, farther apart", 1e20, 1.0000001e20, false},
+        {"zeros of both signs", 0.0, -0.0, true},
+        {"a is none", nan, 1.0, false},
+        {"b is none", 1.0, nan, false},
+        {"none is not even equal to itself", nan, nan, false},
+        {"a is none, b is zero", nan, 0.0, false},
+        {"the quotient of two infinities is none", infinity, infinity, false},
+        {"a is infinite", infinity, 1.0, false},
+        {"b is infinite", 1.0, infinity, false},
+    };
+    for (const row& row : rows) {
+        SCOPED_TRACE(row.why);
+        const property<double> b{row.b};
+        EXPECT_EQ(property<double>{row.a}.equals(&b), row.same);
+    }
+}
+
+TEST(values, shared_values_are_freed_with_their_last_reader) {
+    EXPECT_FALSE(share(nullptr));
+    EXPECT_FALSE(shared_clone(nullptr));
+    EXPECT_FALSE(clone(nullptr));
+    value_ptr first = share(std::make_unique<property<int>>(5));
+    const value_ptr second = first;
+    EXPECT_EQ(second.use_count(), 2);
+    first.reset();
+    EXPECT_EQ(second->to_string(), "5");
+    const value_ptr copy = shared_clone(second.get());
+    EXPECT_NE(copy, second);
+    EXPECT_EQ(copy->to_string(), "5");
+}
+
+TEST(values, boxes_come_from_the_free_lists) {
+    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
+    box first = make<int>(1);
+    const void* const memory = first.get();
+    first.reset();
+    const box second = make<int>(2);
+    EXPECT_EQ(second.get(), memory);
+}
+
+/// A value that tells when it is freed.
+class counted final : public abstract_property {
+public:
+    explicit counted(int& alive) : alive_(alive) { ++alive_; }
+    ~counted() override { --alive_; }
+    owned<abstract_property*> clone() const override { return new counted(alive_); }
+    bool equals(const abstract_property*) const override { return false; }
+    std::string to_string() const override { return {}; }
+    void to_string(std::string& out) const override { out.clear(); }
+    void from_string(const std::string&) override {}
+    void write(std::ostream&) const override {}
+    void read(std::istream&, std::vector<reference_record>&, object*) override {}
+
+private:
+    int& alive_;
+};
+
+TEST(values, a_pair_begins_empty) {
+    const attribute_value_pair pair;
+    EXPECT_EQ(pair.attribute_id, 0U);
+    EXPECT_EQ(pair.value, nullptr);
+    EXPECT_FALSE(pair.flag);
+}
+
+TEST(values, a_pair_frees_its_value) {
+    int alive = 0;
+    {
+        const attribute_value_pair pair{7, new counted(alive), true};
+        EXPECT_EQ(pair.attribute_id, 7U);
+        EXPECT_TRUE(pair.flag);
+        EXPECT_EQ(alive, 1);
+    }
+    EXPECT_EQ(alive, 0);
+}
+
+TEST(values, keeps_assignment_of_a_pair_a_copy_of_the_pointer) {
+    int alive = 0;
+    {
+        attribute_value_pair from{7, new counted(alive), true};
+        attribute_value_pair to;
+        to = from;
+        EXPECT_EQ(to.attribute_id, 7U);
+        EXPECT_TRUE(to.flag);
+        EXPECT_EQ(to.value, from.value);
+        EXPECT_EQ(alive, 1);
+        from.value = nullptr; // as its contract asks
+    }
+    EXPECT_EQ(alive, 0);
+}
+
+} // namespace
+} // namespace kelm

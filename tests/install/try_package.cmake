@@ -1,0 +1,26 @@
+# Builds and runs the outside project in a fresh directory; with `install` against an install made there,
+# else against the build tree itself.
+function(run)
+    execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "failed with ${result}: ${ARGV}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE ${scratch})
+file(MAKE_DIRECTORY ${scratch})
+
+if(install)
+    run(${CMAKE_COMMAND} --install ${build} --prefix ${scratch}/prefix)
+    set(where -D CMAKE_PREFIX_PATH=${scratch}/prefix -D expected_prefix=${scratch}/prefix)
+else()
+    set(where -D kelm_DIR=${build} -D expected_prefix=${build})
+endif()
+
+run(${CMAKE_COMMAND} -S ${outside} -B ${scratch}/build -G ${generator}
+    -D CMAKE_BUILD_TYPE=${build_type}
+    -D CMAKE_CXX_COMPILER=${compiler}
+    "-DCMAKE_CXX_FLAGS=${flags}"
+    ${where})
+run(${CMAKE_COMMAND} --build ${scratch}/build)
+run(${scratch}/build/outside)

@@ -1,0 +1,155 @@
+// User-defined properties: how they go, and what the model itself refuses.
+// Making them is udp_test.cpp.
+#include "meta/udp_world.h"
+
+#include <stdexcept>
+
+namespace {
+
+using namespace kelm;
+using namespace kelm::udp_world;
+
+// Removing
+
+TEST_F(user_defined_properties, removing_a_type_deletes_the_values_of_exactly_that_type) {
+    define("Owner", {table_type, column_type});
+    object* const table = make(table_type);
+    object* const column = make(column_type);
+    object* const derived = make(derived_type);
+    for (object* const each : {table, column, derived}) ASSERT_TRUE(set(each, first_id, text("Ann")));
+
+    ASSERT_TRUE(change([&] { return definition_->delete_vector_element(property_id::udp_object_types, 0); }));
+    EXPECT_EQ(made_on(table_type), nullptr);
+    EXPECT_NE(made_on(column_type), nullptr);
+    EXPECT_FALSE(table->defines_property(first_id));
+    EXPECT_TRUE(column->defines_property(first_id));
+    EXPECT_TRUE(derived->defines_property(first_id));
+}
+
+TEST_F(user_defined_properties, values_far_down_the_tree_are_deleted_as_well) {
+    define("Owner", {table_type});
+    std::vector<object*> chain{root_};
+    ASSERT_TRUE(change([&] {
+        for (int depth = 0; depth != 300; ++depth) {
+            object* const made =
+                framework::instance().create_object(depth % 2 ? column_type : table_type, chain.back());
+            if (!made || !made->set_property(first_id, text("Ann"))) return false;
+            chain.push_back(made);
+        }
+        return true;
+    }));
+    ASSERT_TRUE(model_->remove_user_defined_property(table_type, first_id));
+    for (std::size_t at = 1; at != chain.size(); ++at)
+        EXPECT_EQ(chain[at]->defines_property(first_id), chain[at]->type() == column_type) << at;
+}
+
+TEST_F(user_defined_properties, without_a_name_types_or_definition_the_property_goes) {
+    const struct {
+        const char* why;
+        std::function<bool()> edit;
+    } rows[] = {
+        {"the name is deleted", [&] { return definition_->delete_property(property_id::name); }},
+        {"the types are deleted",
+         [&] { return definition_->delete_property(property_id::udp_object_types); }},
+        {"the definition is deleted", [&] { return framework::instance().delete_object(definition_); }},
+    };
+    define("Owner", {table_type, column_type});
+    object* const table = make(table_type);
+    ASSERT_TRUE(set(table, first_id, text("Ann")));
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_TRUE(change(row.edit));
+        EXPECT_EQ(made_on(table_type), nullptr);
+        EXPECT_EQ(made_on(column_type), nullptr);
+        EXPECT_FALSE(table->defines_property(first_id));
+        model_->undo();
+        ASSERT_NE(made_on(table_type), nullptr);
+        EXPECT_NE(made_on(column_type), nullptr);
+        EXPECT_EQ(text_of(table->get_own_property(first_id)), "Ann");
+    }
+}
+
+TEST_F(user_defined_properties, a_removed_id_is_not_given_again_but_its_definition_keeps_it) {
+    define("Owner", {table_type});
+    ASSERT_TRUE(change([&] { return definition_->delete_vector_element(property_id::udp_object_types, 0); }));
+    EXPECT_EQ(next_id(), first_id + 1);
+    ASSERT_TRUE(append(property_id::udp_object_types, property<unsigned>(column_type)));
+    EXPECT_NE(made_on(column_type), nullptr);
+}
+
+TEST_F(user_defined_properties, removing_a_type_without_the_property_is_refused) {
+    ASSERT_TRUE(set(property_id::name, text("Owner")));
+    ASSERT_TRUE(set(property_id::udp_object_types, *ids({unknown_type, table_type})));
+    EXPECT_FALSE(
+        change([&] { return definition_->delete_vector_element(property_id::udp_object_types, 0); }));
+    EXPECT_EQ(elements_of(definition_->get_property(property_id::udp_object_types)).size(), 2U);
+}
+
+TEST_F(user_defined_properties, a_value_that_may_not_be_deleted_keeps_the_property) {
+    define("Owner", {stubborn_type});
+    object* const stubborn = make(stubborn_type);
+    ASSERT_TRUE(set(stubborn, first_id, text("Ann")));
+    EXPECT_FALSE(change([&] { return definition_->delete_property(property_id::udp_object_types); }));
+    EXPECT_NE(made_on(stubborn_type), nullptr);
+    EXPECT_EQ(text_of(stubborn->get_own_property(first_id)), "Ann");
+    EXPECT_TRUE(definition_->defines_property(property_id::udp_object_types));
+}
+
+TEST_F(user_defined_properties, keeps_the_property_of_a_type_that_a_new_list_leaves_out) {
+    define("Owner", {table_type, column_type});
+    ASSERT_TRUE(set(property_id::udp_object_types, *ids({derived_type})));
+    EXPECT_NE(made_on(table_type), nullptr);
+    EXPECT_NE(made_on(column_type), nullptr);
+    EXPECT_NE(made_on(derived_type), nullptr);
+}
+
+// The model's own operations
+
+TEST_F(user_defined_properties, the_model_refuses_what_cannot_be) {
+    ASSERT_NE(model_->add_user_defined_property(table_type, "Owner", data_type::string, "", 0), nullptr);
+    const std::size_t messages = model_->message_count();
+    EXPECT_EQ(model_->add_user_defined_property(unknown_type, "Owner", data_type::string, "", 0), nullptr);
+    EXPECT_EQ(model_->add_user_defined_property(table_type, "Owner", data_type::string, "", 0), nullptr);
+    EXPECT_EQ(model_->add_user_defined_property(table_type, "Name", data_type::string, "", 0), nullptr);
+    EXPECT_EQ(model_->add_user_defined_property(table_type, "Taken", data_type::string, "", first_id),
+              nullptr);
+    EXPECT_FALSE(model_->remove_user_defined_property(unknown_type, first_id));
+    EXPECT_FALSE(model_->remove_user_defined_property(table_type, first_id + 1));
+    EXPECT_FALSE(model_->remove_user_defined_property(table_type, property_id::name))
+        << "the application's own";
+    EXPECT_FALSE(model_->set_user_defined_property_attribute(nullptr, made_on(table_type), 7, text("x")));
+    EXPECT_FALSE(model_->set_user_defined_property_attribute(type(table_type), nullptr, 7, text("x")));
+    EXPECT_EQ(model_->message_count(), messages);
+    EXPECT_EQ(next_id(), first_id + 1) << "a refusal takes no id";
+}
+
+TEST_F(user_defined_properties, a_fixed_id_leaves_the_counter_alone) {
+    const meta_property* const made =
+        model_->add_user_defined_property(table_type, "Fixed", data_type::string, "", 60000);
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(made->id(), 60000U);
+    EXPECT_EQ(next_id(), first_id);
+}
+
+TEST_F(user_defined_properties, the_last_id_is_65534_and_fixed_ids_go_on) {
+    for (u32 id = first_id; id != 65535; ++id) {
+        const meta_property* const made =
+            model_->add_user_defined_property(table_type, "Passing", data_type::string, "", 0);
+        ASSERT_NE(made, nullptr);
+        ASSERT_EQ(made->id(), id);
+        ASSERT_TRUE(model_->remove_user_defined_property(table_type, id));
+    }
+    for (int attempt = 0; attempt != 2; ++attempt) {
+        try {
+            model_->add_user_defined_property(table_type, "One too many", data_type::string, "", 0);
+            ADD_FAILURE() << "an id behind the last was given";
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(),
+                         "Maximum Number of User Defined Properties Allowed Has Been Reached....");
+        }
+    }
+    EXPECT_FALSE(type(table_type)->has_property("One too many"));
+    EXPECT_NE(model_->add_user_defined_property(table_type, "Fixed", data_type::string, "", 60000), nullptr);
+}
+
+} // namespace

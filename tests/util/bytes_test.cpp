@@ -1,0 +1,188 @@
+// Little-endian fields: the bytes written, the values read back, and what a short stream gives.
+// The formats that are made of them are tested with their owners.
+#include "util/bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <list>
+#include <sstream>
+
+namespace kelm {
+namespace {
+
+std::string written(const std::function<void(std::ostream&)>& write) {
+    std::ostringstream out;
+    write(out);
+    EXPECT_TRUE(out.good());
+    return out.str();
+}
+
+TEST(bytes, numbers_are_written_low_byte_first) {
+    EXPECT_EQ(written([](auto& out) { put_u8(out, 0x81); }), std::string("\x81"));
+    EXPECT_EQ(written([](auto& out) { put_u16(out, 0x8102); }), std::string("\x02\x81"));
+    EXPECT_EQ(written([](auto& out) { put_u32(out, 0x84030201); }), std::string("\x01\x02\x03\x84"));
+    EXPECT_EQ(written([](auto& out) { put_u64(out, 0x8807060504030201); }),
+              std::string("\x01\x02\x03\x04\x05\x06\x07\x88"));
+}
+
+TEST(bytes, truth_is_a_byte_of_one_or_zero) {
+    EXPECT_EQ(written([](auto& out) { put_bool(out, true); }), std::string("\x01"));
+    EXPECT_EQ(written([](auto& out) { put_bool(out, false); }), std::string(1, '\0'));
+}
+
+TEST(bytes, a_text_is_its_length_and_its_bytes) {
+    EXPECT_EQ(written([](auto& out) { put_string(out, "abc"); }), std::string("\x03\0\0\0abc", 7));
+    EXPECT_EQ(written([](auto& out) { put_string(out, ""); }), std::string(4, '\0'));
+    EXPECT_EQ(written([](auto& out) { put_string(out, std::string_view("a\0b", 3)); }),
+              std::string("\x03\0\0\0a\0b", 7));
+}
+
+TEST(bytes, a_text_too_long_for_its_length_field_is_refused) {
+    std::ostringstream out;
+    // The bytes are never looked at: only the length counts.
+    put_string(out, std::string_view("x", std::size_t{1} << 32));
+    EXPECT_TRUE(out.fail());
+    EXPECT_EQ(out.str(), "");
+}
+
+TEST(bytes, what_was_written_is_read_back) {
+    std::stringstream stream;
+    put_u8(stream, 0xFF);
+    put_u16(stream, 0xFEDC);
+    put_u32(stream, 0xFEDCBA98);
+    put_u64(stream, 0xFEDCBA9876543210);
+    put_bool(stream, true);
+    put_string(stream, "text");
+    put_bool(stream, false);
+    EXPECT_EQ(get_u8(stream), 0xFF);
+    EXPECT_EQ(get_u16(stream), 0xFEDC);
+    EXPECT_EQ(get_u32(stream), 0xFEDCBA98);
+    EXPECT_EQ(get_u64(stream), 0xFEDCBA9876543210);
+    EXPECT_TRUE(get_bool(stream));
+    EXPECT_EQ(get_string(stream), "text");
+    EXPECT_FALSE(get_bool(stream));
+    EXPECT_TRUE(stream.good());
+}
+
+TEST(bytes, every_byte_but_zero_reads_as_true) {
+    for (int byte = 0; byte != 256; ++byte) {
+        SCOPED_TRACE(byte);
+        std::istringstream in(std::string(1, static_cast<char>(byte)));
+        EXPECT_EQ(get_bool(in), byte != 0);
+    }
+}
+
+TEST(bytes, a_short_stream_gives_zero_and_fails) {
+    for (std::size_t length = 0; length != 8; ++length) {
+        SCOPED_TRACE(length);
+        const std::string bytes(length, '\xFF');
+        const auto fails = [&](auto read) {
+            std::istringstream in(bytes);
+            EXPECT_EQ(read(in), 0U);
+            EXPECT_TRUE(in.fail());
+        };
+        if (length < 1) fails(get_u8);
+        if (length < 2) fails(get_u16);
+        if (length < 4) fails(get_u32);
+        fails(get_u64);
+    }
+}
+
+TEST(bytes, all_that_is_read_after_a_failure_is_empty) {
+    std::istringstream in("\x01\x02\x03\x04\x05\x06\x07\x08");
+    in.setstate(std::ios_base::failbit);
+    EXPECT_EQ(get_u8(in), 0);
+    EXPECT_EQ(get_u16(in), 0);
+    EXPECT_EQ(get_u32(in), 0U);
+    EXPECT_EQ(get_u64(in), 0U);
+    EXPECT_FALSE(get_bool(in));
+    EXPECT_EQ(get_string(in), "");
+    in.clear();
+    EXPECT_EQ(get_u8(in), 1) << "nothing was taken from the stream";
+}
+
+TEST(bytes, long_texts_survive_block_wise_reading) {
+    for (const std::size_t length : {65535U, 65536U, 65537U, 200000U}) {
+        SCOPED_TRACE(length);
+        std::string text(length, '\0');
+        for (std::size_t i = 0; i != length; ++i) text[i] = static_cast<char>(i * 31 % 251);
+        std::stringstream stream;
+        put_string(stream, text);
+        EXPECT_EQ(get_string(stream), text);
+        EXPECT_TRUE(stream.good());
+    }
+}
+
+TEST(bytes, a_text_that_ends_early_is_empty_and_fails) {
+    std::ostringstream out;
+    put_string(out, std::string(100, 'x'));
+    const std::string whole = out.str();
+    for (std::size_t length = 0; length != whole.size(); ++length) {
+        SCOPED_TRACE(length);
+        std::istringstream in(whole.substr(0, length));
+        EXPECT_EQ(get_string(in), "");
+        EXPECT_TRUE(in.fail());
+    }
+}
+
+/// Counts the bytes that a reader asks for at once.
+class counting_buffer final : public std::stringbuf {
+public:
+    explicit counting_buffer(const std::string& bytes) : std::stringbuf(bytes, std::ios_base::in) {}
+    std::streamsize largest = 0;
+
+private:
+    std::streamsize xsgetn(char* to, std::streamsize count) override {
+        largest = std::max(largest, count);
+        return std::stringbuf::xsgetn(to, count);
+    }
+};
+
+TEST(bytes, a_hostile_length_is_not_believed) {
+    counting_buffer buffer(std::string("\xFF\xFF\xFF\xFF", 4) + "few");
+    std::istream in(&buffer);
+    EXPECT_EQ(get_string(in), "");
+    EXPECT_TRUE(in.fail());
+    EXPECT_LE(buffer.largest, 64 * 1024);
+}
+
+TEST(bytes, a_thousand_levels_nest_and_no_more) {
+    std::istringstream in("x");
+    std::list<nested_level> levels;
+    for (int i = 0; i != nested_level::deepest; ++i) levels.emplace_back(in);
+    EXPECT_TRUE(in.good());
+    levels.emplace_back(in);
+    EXPECT_TRUE(in.fail());
+    levels.clear();
+    in.clear();
+    levels.emplace_back(in);
+    EXPECT_TRUE(in.good()) << "a level that is left counts no longer";
+}
+
+TEST(bytes, each_stream_counts_its_own_levels) {
+    std::istringstream first("x");
+    std::istringstream second("x");
+    std::list<nested_level> levels;
+    for (int i = 0; i != nested_level::deepest; ++i) levels.emplace_back(first);
+    const nested_level other{second};
+    EXPECT_TRUE(second.good());
+}
+
+TEST(bytes, a_stream_that_throws_on_failure_keeps_its_count) {
+    std::istringstream in("x");
+    in.exceptions(std::ios_base::failbit);
+    {
+        std::list<nested_level> levels;
+        for (int i = 0; i != nested_level::deepest; ++i) levels.emplace_back(in);
+        EXPECT_THROW(levels.emplace_back(in), std::ios_base::failure);
+    }
+    in.clear();
+    std::list<nested_level> levels;
+    for (int i = 0; i != nested_level::deepest; ++i) levels.emplace_back(in);
+    EXPECT_TRUE(in.good());
+}
+
+} // namespace
+} // namespace kelm

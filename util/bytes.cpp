@@ -1,0 +1,87 @@
+// Little-endian fields: shifts and masks, so that the order of bytes in memory does not matter.
+// Nothing is kept between two calls but the depth of nesting, and that is the stream's own.
+#include "util/bytes.h"
+
+#include <algorithm>
+#include <array>
+#include <istream>
+#include <limits>
+#include <ostream>
+
+namespace kelm {
+
+namespace {
+
+constexpr std::size_t read_block = 64 * 1024;
+
+template <class Number>
+void put(std::ostream& out, Number value) {
+    std::array<char, sizeof(Number)> bytes;
+    for (char& byte : bytes) {
+        byte = static_cast<char>(value & 0xFF);
+        if constexpr (sizeof(Number) > 1) value = static_cast<Number>(value >> 8);
+    }
+    out.write(bytes.data(), bytes.size());
+}
+
+template <class Number>
+Number get(std::istream& in) {
+    std::array<char, sizeof(Number)> bytes;
+    if (!in.read(bytes.data(), bytes.size())) return 0;
+    Number value = 0;
+    for (std::size_t i = 0; i != bytes.size(); ++i)
+        value = static_cast<Number>(value | Number{static_cast<u8>(bytes[i])} << (8 * i));
+    return value;
+}
+
+/// Where a stream keeps its depth.
+int depth_slot() {
+    static const int slot = std::ios_base::xalloc();
+    return slot;
+}
+
+} // namespace
+
+void put_u8(std::ostream& out, u8 value) { put(out, value); }
+void put_u16(std::ostream& out, u16 value) { put(out, value); }
+void put_u32(std::ostream& out, u32 value) { put(out, value); }
+void put_u64(std::ostream& out, u64 value) { put(out, value); }
+void put_bool(std::ostream& out, bool value) { put_u8(out, value ? 1 : 0); }
+
+void put_string(std::ostream& out, std::string_view text) {
+    if (text.size() > std::numeric_limits<u32>::max()) {
+        out.setstate(std::ios_base::failbit);
+        return;
+    }
+    put_u32(out, static_cast<u32>(text.size()));
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+u8 get_u8(std::istream& in) { return get<u8>(in); }
+u16 get_u16(std::istream& in) { return get<u16>(in); }
+u32 get_u32(std::istream& in) { return get<u32>(in); }
+u64 get_u64(std::istream& in) { return get<u64>(in); }
+bool get_bool(std::istream& in) { return get_u8(in) != 0; }
+
+std::string get_string(std::istream& in) {
+    std::size_t left = get_u32(in);
+    std::string text;
+    while (left != 0) {
+        const std::size_t old_size = text.size();
+        const std::size_t block = std::min(left, read_block);
+        text.resize(old_size + block);
+        if (!in.read(text.data() + old_size, static_cast<std::streamsize>(block))) return {};
+        left -= block;
+    }
+    return text;
+}
+
+nested_level::nested_level(std::ios& stream) : stream_(stream) {
+    // Checked before counting: a stream that throws on failure leaves the count as it was.
+    if (stream.iword(depth_slot()) >= deepest) stream.setstate(std::ios_base::failbit);
+    ++stream.iword(depth_slot());
+}
+
+nested_level::~nested_level() { --stream_.iword(depth_slot()); }
+
+} // namespace kelm

@@ -1,0 +1,52 @@
+// Little-endian fields over standard streams.
+// Not an archive: what stands in which order is the business of the formats.
+#pragma once
+
+#include <kelm/types.h>
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace kelm {
+
+// Writing. A failure shows in the state of the stream.
+
+void put_u8(std::ostream& out, u8 value);
+void put_u16(std::ostream& out, u16 value);
+void put_u32(std::ostream& out, u32 value);
+void put_u64(std::ostream& out, u64 value);
+/// One byte, 0 or 1.
+void put_bool(std::ostream& out, bool value);
+/// The length as 4 bytes, then the bytes.  Sets failbit, and writes nothing, for a text whose length has no room.
+void put_string(std::ostream& out, std::string_view text);
+
+// Reading. Where too few bytes are left, or the stream has failed before, failbit is set and the answer is 0,
+// false or empty: a record is read field by field, and its stream is asked once at the end.
+
+[[nodiscard]] u8 get_u8(std::istream& in);
+[[nodiscard]] u16 get_u16(std::istream& in);
+[[nodiscard]] u32 get_u32(std::istream& in);
+[[nodiscard]] u64 get_u64(std::istream& in);
+/// One byte; every other than 0 is true.
+[[nodiscard]] bool get_bool(std::istream& in);
+/// What put_string() wrote.  Memory grows with the bytes that are there, not with the length that is announced.
+[[nodiscard]] std::string get_string(std::istream& in);
+
+/// One level of values inside values, as long as it lives.  A stream decides how deep its values lie, and the stack
+/// does not take every depth; a writer has the same limit, so that what is written can be read.
+class nested_level {
+public:
+    static constexpr long deepest = 1000;
+
+    /// Sets failbit when `stream` is `deepest` levels down already.
+    explicit nested_level(std::ios& stream);
+    nested_level(const nested_level&) = delete;
+    nested_level& operator=(const nested_level&) = delete;
+    ~nested_level();
+
+private:
+    std::ios& stream_;
+};
+
+} // namespace kelm

@@ -1,0 +1,104 @@
+// Memory for the many small things of the library: free lists by size over slabs that are never given back.
+// For one thread only, and not for arrays of unknown size: whoever frees tells the size.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <new>
+
+#ifndef KELM_FREE_LISTS
+#define KELM_FREE_LISTS 1
+#endif
+
+namespace kelm {
+
+namespace free_list {
+
+inline constexpr std::size_t grain = 16;            ///< sizes are rounded up to it; it is also the alignment
+inline constexpr std::size_t largest = 256;         ///< what is larger goes to the global operator new
+inline constexpr std::size_t slab_size = 64 * 1024; ///< what is fetched at a time
+inline constexpr bool enabled = KELM_FREE_LISTS != 0;
+
+struct block {
+    block* next;
+};
+
+/// Free blocks by size.  Never destroyed, since values may die after main; leak checkers reach every slab from it.
+struct lists {
+    std::array<block*, largest / grain> heads;
+    std::byte* fresh;     ///< the unused rest of the newest slab, handed out upwards
+    std::byte* fresh_end; ///< its end
+    block* slabs;         ///< all slabs, chained through their first bytes
+};
+extern lists state;
+
+/// Which list serves `size`; beyond the array for sizes that none serves, and for 0.
+inline std::size_t list_of(std::size_t size) noexcept { return (size - 1) / grain; }
+
+/// Takes a block of the list's size from the newest slab, or from another one.
+/// \throws std::bad_alloc
+void* take_fresh(std::size_t list);
+
+} // namespace free_list
+
+/// Memory for `size` bytes, aligned to 16.
+/// \throws std::bad_alloc
+[[nodiscard]] inline void* allocate_pooled(std::size_t size) {
+    if constexpr (free_list::enabled) {
+        const std::size_t list = free_list::list_of(size);
+        if (list < free_list::state.heads.size()) {
+            free_list::block*& head = free_list::state.heads[list];
+            if (!head) return free_list::take_fresh(list);
+            free_list::block* const taken = head;
+            head = taken->next;
+            return taken;
+        }
+    }
+    return ::operator new(size);
+}
+
+/// Takes back what allocate_pooled() gave for the same `size`.  Null does nothing.
+inline void free_pooled(void* memory, std::size_t size) noexcept {
+    if constexpr (free_list::enabled) {
+        const std::size_t list = free_list::list_of(size);
+        if (list < free_list::state.heads.size()) {
+            if (!memory) return;
+            free_list::block*& head = free_list::state.heads[list];
+            head = ::new (memory) free_list::block{head};
+            return;
+        }
+    }
+    ::operator delete(memory);
+}
+
+/// A base for classes whose objects come from the free lists.  A class that is deleted through a base needs a
+/// virtual destructor, as it does anyway: that is how its true size gets here.
+struct pooled {
+    static void* operator new(std::size_t size) { return allocate_pooled(size); }
+    static void operator delete(void* memory, std::size_t size) noexcept { free_pooled(memory, size); }
+};
+
+/// The same as an allocator, for the control blocks of shared pointers and the nodes of maps.
+template <class T>
+struct pool_allocator {
+    static_assert(alignof(T) <= free_list::grain, "the free lists align to 16 bytes");
+
+    using value_type = T;
+
+    pool_allocator() = default;
+    template <class Other>
+    pool_allocator(const pool_allocator<Other>&) noexcept {}
+
+    [[nodiscard]] T* allocate(std::size_t count) {
+        if (count > static_cast<std::size_t>(-1) / sizeof(T)) throw std::bad_array_new_length();
+        return static_cast<T*>(allocate_pooled(count * sizeof(T)));
+    }
+    void deallocate(T* memory, std::size_t count) noexcept { free_pooled(memory, count * sizeof(T)); }
+
+    template <class Other>
+    friend bool operator==(const pool_allocator&, const pool_allocator<Other>&) noexcept {
+        return true;
+    }
+};
+
+} // namespace kelm

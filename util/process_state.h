@@ -1,0 +1,35 @@
+// Every process-wide setting that is not a registry, in one place, so that tests can see and reset it.
+// Plain fields: the whole library is used from one thread.
+#pragma once
+
+#include <kelm/types.h>
+
+#include <ctime>
+#include <string>
+#include <vector>
+#include <vector>
+
+namespace kelm {
+
+/// What the whole process shares.
+struct process_state {
+    /// Code of a hook, or a mutation on behalf of another, is running.
+    bool in_semantic = false;
+    /// Makes make_guid() behave as on a system without random bytes.
+    bool guid_source_fails = false;
+    /// The buffer behind fast_unsafe_object_name().
+    std::string object_name;
+    /// Objects whose name is being put together from references, which lead to further names; the innermost last.
+    std::vector<const object*> names_in_making;
+    /// When the last line of the trace was written; 0 before the first.
+    std::time_t last_log_time = 0;
+    /// The models that stand, in the order of their making.
+    std::vector<const model*> live_models;
+    /// Where diagnostics for users go; null means the standard error stream.
+    void (*complain)(const std::string& text) = nullptr;
+};
+
+/// \returns the one state; never destroyed, since values and messages may die after main
+process_state& process();
+
+} // namespace kelm
