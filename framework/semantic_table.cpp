@@ -8,11 +8,8 @@ namespace kelm {
 
 namespace {
 
-/// The library's own hook behind reads; it supplies the default of a user-defined property.
-constexpr u32 default_value_hook_id = 8;
-
 template <class Hook>
-[[maybe_unused]] bool is_of_class(const semantic& hook) {
+bool is_of_class(const semantic& hook) {
     return dynamic_cast<const Hook*>(&hook) != nullptr;
 }
 
@@ -33,7 +30,7 @@ bool semantic_table::add(const shared_ptr<semantic>& hook) {
     if (!list) list = std::make_unique<hooks>();
     list->push_back(hook);
     if (kind == post_prop_get_semantic::kind)
-        reads_are_plain_ = list->size() == 1 && id == default_value_hook_id;
+        reads_are_plain_ = list->size() == 1 && is_of_class<supplies_absent_values>(*hook);
     return true;
 }
 

@@ -10,6 +10,13 @@
 
 namespace kelm {
 
+/// Marks the library's own hook behind reads, which touches only values that are absent.
+class supplies_absent_values {
+protected:
+    supplies_absent_values() = default;
+    virtual ~supplies_absent_values() = default;
+};
+
 /// Hooks by kind.  A meta object owns one for its own hooks and one merged with its bases; objects borrow the
 /// merged one.
 class semantic_table {

@@ -7,8 +7,18 @@
 #include <kelm/property.h>
 
 #include <memory>
+#include <type_traits>
+#include <typeinfo>
 
 namespace kelm {
+
+/// \returns `value` as a box of exactly that kind; null for another, and for null.  Kinds of the library are final and
+///          have one description each, so that comparing its address is enough: this stands in the hottest paths.
+template <class Kind>
+[[nodiscard]] inline const Kind* exact_cast(const abstract_property* value) {
+    static_assert(std::is_final_v<Kind>);
+    return value && &typeid(*value) == &typeid(Kind) ? static_cast<const Kind*>(value) : nullptr;
+}
 
 /// \returns a copy of `value`; null for null
 [[nodiscard]] inline std::unique_ptr<abstract_property> clone(const abstract_property* value) {

@@ -176,7 +176,7 @@ public:
 };
 
 /// After a property of any object is read: a user-defined one that has no value gets its default.
-class udp_default_value final : public post_prop_get_semantic {
+class udp_default_value final : public post_prop_get_semantic, public supplies_absent_values {
 public:
     u32 id() const override { return 8; }
 

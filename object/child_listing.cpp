@@ -21,7 +21,8 @@ void sort_by(std::vector<object*>& objects, const sorter& order) {
             const auto at = [&](std::size_t n) {
                 return objects.begin() + static_cast<std::ptrdiff_t>(std::min(from + n, objects.size()));
             };
-            std::merge(at(0), at(width), at(width), at(2 * width), spare.begin() + (at(0) - objects.begin()), before);
+            std::merge(at(0), at(width), at(width), at(2 * width), spare.begin() + (at(0) - objects.begin()),
+                       before);
         }
         objects.swap(spare);
     }
@@ -88,7 +89,8 @@ std::size_t object_impl::child_count(u32 type) const {
 std::size_t object_impl::child_count(filter* leave_out) const {
     if (!children_) return 0;
     if (!leave_out) return children_->size();
-    if (const auto* const one = dynamic_cast<const obj_filter_type*>(leave_out)) return children_->run_size(one->type());
+    if (const auto* const one = dynamic_cast<const obj_filter_type*>(leave_out))
+        return children_->run_size(one->type());
     std::vector<object*> all;
     children_->append_to(all);
     return static_cast<std::size_t>(
@@ -96,7 +98,7 @@ std::size_t object_impl::child_count(filter* leave_out) const {
 }
 
 std::size_t object_impl::child_position(object* child) const {
-    return children_ && child ? children_->position_of(*impl_of(child)) : npos;
+    return child && is_listed_here(*impl_of(child)) ? children_->position_of(*impl_of(child)) : npos;
 }
 
 object* object_impl::child_at(u32 type, std::size_t index) const {

@@ -19,10 +19,11 @@ struct add_child_row : child_row {
     // Kept: without hooks of the kind a deleted object does take the change.
     bool stops_when_deleted() const { return self.has_hooks<pre_add_child_semantic>(); }
     bool pre(object_impl& at) {
-        return at.run<pre_add_child_semantic>([&](pre_add_child_semantic& h) { return h.do_it(&at, &child); });
+        return at.run<pre_add_child_semantic>(
+            [&](pre_add_child_semantic& h) { return h.do_it(&at, &child); });
     }
     step change() {
-        if (self.child_position(&child) != npos) return step::nothing_to_do;
+        if (self.is_listed_here(child)) return step::nothing_to_do;
         if (!self.may_own(child) || self.is_listed_elsewhere(child)) return step::refuse;
         position = self.made_children().run_size(child.type());
         self.insert_child(child, position);
@@ -32,7 +33,8 @@ struct add_child_row : child_row {
         return std::make_unique<child_add_message_impl>(&self, &child, position);
     }
     bool post(object_impl& at) {
-        return at.run<post_add_child_semantic>([&](post_add_child_semantic& h) { return h.do_it(&at, &child); });
+        return at.run<post_add_child_semantic>(
+            [&](post_add_child_semantic& h) { return h.do_it(&at, &child); });
     }
 };
 
@@ -41,7 +43,8 @@ struct remove_child_row : child_row {
 
     bool stops_when_deleted() const { return self.has_hooks<pre_remove_child_semantic>(); }
     bool pre(object_impl& at) {
-        return at.run<pre_remove_child_semantic>([&](pre_remove_child_semantic& h) { return h.do_it(&at, &child); });
+        return at.run<pre_remove_child_semantic>(
+            [&](pre_remove_child_semantic& h) { return h.do_it(&at, &child); });
     }
     step change() {
         position = self.child_position(&child);
@@ -73,7 +76,7 @@ struct order_child_row : child_row {
         old_position = list->position_of(child);
         const bool is_stranger = old_position == npos;
         if (is_stranger && child.owner_object() != &self) return step::refuse; // it would have two owners
-        if (old_position == position) return step::go_on;                      // told and recorded all the same
+        if (old_position == position) return step::go_on; // told and recorded all the same
         self.take_child(child);
         if (is_stranger) old_position = list->run_size(child.type());
         // Kept: a position behind the end leaves the child out of the list, and nothing is told or recorded.
@@ -97,7 +100,8 @@ struct set_owner_row : structure_row {
 
     bool stops_when_deleted() const { return self.has_hooks<pre_set_owner_semantic>(); }
     bool pre(object_impl& at) {
-        return at.run<pre_set_owner_semantic>([&](pre_set_owner_semantic& h) { return h.do_it(&at, &new_owner); });
+        return at.run<pre_set_owner_semantic>(
+            [&](pre_set_owner_semantic& h) { return h.do_it(&at, &new_owner); });
     }
     step change() {
         if (!new_owner.may_own(self)) return step::refuse;
@@ -126,8 +130,7 @@ bool object_impl::may_own(const object_impl& child) const {
 }
 
 bool object_impl::is_listed_elsewhere(const object_impl& child) const {
-    const object_impl* const owner = child.owner_object_;
-    return owner && owner != this && owner->children_ && owner->children_->position_of(child) != npos;
+    return child.is_listed_ && child.owner_object_ != this;
 }
 
 bool object_impl::add_child(object* child) {

@@ -48,9 +48,11 @@ public:
 
     /// What comes behind the children.
     bool end() {
-        if (!delete_values() || !cancel_bases() || !cancel_inheritors() || !leave_subjects() || !leave_owner())
+        if (!delete_values() || !cancel_bases() || !cancel_inheritors() || !leave_subjects() ||
+            !leave_owner())
             return false;
-        const bool passed = self_.run<obj_delete_semantic>([&](obj_delete_semantic& h) { return h.do_it(&self_); });
+        const bool passed =
+            self_.run<obj_delete_semantic>([&](obj_delete_semantic& h) { return h.do_it(&self_); });
         if (!(passed || self_.refuse()) || !clear_references()) return false;
         was_finished_ = true;
         if (!record_and_tell<obj_delete_message_impl>(self_, owner_)) return false;
@@ -111,7 +113,8 @@ private:
             if (!first->cancel_inherits_from(&self_)) return false;
             if (!self_.inheritor_links() || !self_.inheritor_links()->holds(first)) continue;
             if (!first->is_deleted()) return false;
-            first->take_base(self_, first->inherits_from_position(&self_)); // only a bad history links to the deleted
+            first->take_base(
+                self_, first->inherits_from_position(&self_)); // only a bad history links to the deleted
         }
         return true;
     }
@@ -178,7 +181,8 @@ bool deletion::clear_references_of(object_impl& referrer) {
             notes.push_back({id, true});
         } else if (const auto* const list = dynamic_cast<const vector_property*>(value.get())) {
             if (std::ranges::any_of(list->elements, [&](const auto* e) { return refers_to_self(e); }))
-                notes.push_back({id, false}); // one note serves all elements: they are searched for anew each time
+                notes.push_back(
+                    {id, false}); // one note serves all elements: they are searched for anew each time
         }
     }
     for (const note& n : notes) {

@@ -8,7 +8,6 @@
 #include <kelm/meta_model.h>
 
 #include <cmath>
-#include <typeinfo>
 #include <utility>
 
 namespace kelm {
@@ -18,12 +17,13 @@ namespace {
 /// \returns whether a clone of the value would equal it, so that a hook that does nothing can be left out.
 ///          References that are null, numbers that are none, and kinds of an application's own are not taken for it.
 bool equals_its_clone(const abstract_property& value) {
-    const std::type_info& kind = typeid(value);
-    if (kind == typeid(property<std::string>) || kind == typeid(property<int>) || kind == typeid(property<bool>) ||
-        kind == typeid(property<short>) || kind == typeid(property<long>) || kind == typeid(property<long long>))
+    const abstract_property* const box = &value;
+    if (exact_cast<property<std::string>>(box) || exact_cast<property<int>>(box) || exact_cast<property<bool>>(box) ||
+        exact_cast<property<short>>(box) || exact_cast<property<long>>(box) || exact_cast<property<long long>>(box))
         return true;
-    if (kind == typeid(property<object*>)) return static_cast<const property<object*>&>(value).value != nullptr;
-    return kind == typeid(property<double>) && std::isfinite(static_cast<const property<double>&>(value).value);
+    if (const auto* const reference = exact_cast<property<object*>>(box)) return reference->value != nullptr;
+    const auto* const real = exact_cast<property<double>>(box);
+    return real && std::isfinite(real->value);
 }
 
 /// \returns whether the hooks behind reads would leave things as they are: there are none, or only the library's own,

@@ -41,7 +41,8 @@ object* object_impl::owner(u32 type) const {
 }
 
 meta_object* object_impl::meta() const {
-    return model_ ? model_->types().find_meta_object(type_id_) : application_meta_model().find_meta_object(type_id_);
+    return model_ ? model_->types().find_meta_object(type_id_)
+                  : application_meta_model().find_meta_object(type_id_);
 }
 
 bool object_impl::semantics_of_kind(int kind, std::vector<shared_ptr<semantic>>& out) const {
@@ -147,7 +148,9 @@ void object_impl::unlink(bool whole_model) {
     unlink_observers(whole_model);
     if (!whole_model && children_)
         children_->for_each([this](object_impl& child) {
-            if (child.owner_object_ == this) child.owner_object_ = nullptr;
+            if (child.owner_object_ != this) return;
+            child.owner_object_ = nullptr;
+            child.is_listed_ = false;
         });
 }
 
@@ -176,7 +179,5 @@ void object_impl::unlink_observers(bool whole_model) {
         thing ? thing->subject_impl::detach(this) : watched->detach(this);
     }
 }
-
-
 
 } // namespace kelm

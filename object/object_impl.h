@@ -45,7 +45,8 @@ public:
     shared_ptr<value_map> own_properties() const override;
     void all_properties(value_map& out) const override;
     shared_ptr<value_map> all_properties() const override;
-    bool refresh_property(u32 id, const abstract_property* new_value, const abstract_property* old_value) override;
+    bool refresh_property(u32 id, const abstract_property* new_value,
+                          const abstract_property* old_value) override;
 
     // Elements.
     bool insert_vector_element(u32 id, const abstract_property& element, std::size_t position) override;
@@ -116,7 +117,8 @@ public:
     bool write(std::ostream* out, void* element) const override;
 
     // Silent edits.
-    std::unique_ptr<abstract_property> exchange_value(u32 id, std::unique_ptr<abstract_property> value) override;
+    std::unique_ptr<abstract_property> exchange_value(u32 id,
+                                                      std::unique_ptr<abstract_property> value) override;
     std::unique_ptr<abstract_property> take_value(u32 id) override;
     void exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) override;
     void insert_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) override;
@@ -127,7 +129,7 @@ public:
     void insert_child(object& child, std::size_t position) override;
     void take_child(object& child) override;
     void move_child(object& child, std::size_t position) override;
-    void set_owner_field(object* owner) override { owner_object_ = static_cast<object_impl*>(owner); }
+    void set_owner_field(object* owner) override;
     void insert_base(object& base, std::size_t position) override;
     void take_base(object& base, std::size_t position) override;
     void exchange_base(object& base, object& former, std::size_t position) override;
@@ -177,7 +179,12 @@ public:
     const std::set<u32>* observer_ids() const { return observer_ids_.get(); }
     meta_object* meta() const;
     bool may_own(const object_impl& child) const;
-    bool is_listed_elsewhere(const object_impl& child) const;
+    /// \returns whether `child` stands among the children of this object
+    bool is_listed_here(const object_impl& child) const {
+        return child.is_listed_ && child.owner_object_ == this;
+    }
+    /// \returns whether the list of children of some object holds this one
+    bool is_listed() const { return is_listed_; }
     /// \returns whether `base` can be put into the list of bases: it is another object of this model that is not in
     ///          it, and no circle would close
     bool may_inherit_from(const object_impl& base) const;
@@ -195,7 +202,7 @@ protected:
     void set_model(model_impl* in) { model_ = in; }
 
 private:
-    friend class object_pool; // keeps the object's place in it
+    friend class object_pool; // keeps the object's place in it, and an owner as long as it is named
     void link_references(const abstract_property* value);
     void unlink_references(const abstract_property* value);
     void clear_references_to(const object_impl& gone);
@@ -206,11 +213,16 @@ private:
 
     object_impl* owner_object_ = nullptr;
     model_impl* model_ = nullptr;
-    const semantic_table* semantic_table_ = nullptr; // the merged table of the type, borrowed from its meta object
+    const semantic_table* semantic_table_ =
+        nullptr; // the merged table of the type, borrowed from its meta object
     u32 type_id_;
     u32 object_id_ = 0;
     u32 pool_place_ = 0;
+    u32 named_as_owner_ = 0; // by how many objects, in its list or not
     u8 object_state_ = state::normal;
+    bool is_listed_ = false;
+    bool is_condemned_ = false; // goes with the last object that names it as its owner
+    bool is_listed_ = false;    // among the children of its owner
     value_store values_;
     // Made when first needed.
     std::unique_ptr<child_list> children_;

@@ -1,18 +1,42 @@
 // Reading values of an object.
 // Where a value is found is effective_value; reading never changes an object, but hooks of reads may.
-#include "meta/meta_object_base.h"
 #include "object/effective_value.h"
-#include "object/object_impl.h"
+#include "object/model_impl.h"
 
 #include <boost/make_shared.hpp>
 
+#include <optional>
+
 namespace kelm {
 
-bool object_impl::has_property(u32 id) const { return find_effective_value(*this, id).value != nullptr; }
+namespace {
 
-value_ptr object_impl::get_property(u32 id) const { return share(find_effective_value(*this, id).take()); }
+/// A value that was found is borrowed until it is cloned, and hooks of reads may mutate meanwhile: while one of these
+/// lives, what they drop stays readable.
+class read_in_progress {
+public:
+    explicit read_in_progress(model_impl* in) {
+        if (in) guard_.emplace(in->log()); // a bare object has no log yet
+    }
+
+private:
+    std::optional<message_history_impl::in_use> guard_;
+};
+
+} // namespace
+
+bool object_impl::has_property(u32 id) const {
+    const read_in_progress guard{model_};
+    return find_effective_value(*this, id).value != nullptr;
+}
+
+value_ptr object_impl::get_property(u32 id) const {
+    const read_in_progress guard{model_};
+    return share(find_effective_value(*this, id).take());
+}
 
 bool object_impl::get_property_as_string(u32 id, std::string& out, value_ptr* value) const {
+    const read_in_progress guard{model_};
     effective_value found = find_effective_value(*this, id);
     if (!found.value) {
         out.clear();

@@ -7,7 +7,7 @@ namespace kelm {
 namespace {
 
 const object_impl* target_of(const abstract_property* value) {
-    const auto* const reference = dynamic_cast<const property<object*>*>(value);
+    const auto* const reference = exact_cast<property<object*>>(value);
     return reference && reference->value ? impl_of(reference->value) : nullptr;
 }
 
@@ -17,7 +17,7 @@ void for_each_target(const abstract_property* value, Visit&& visit) {
     if (!value) return;
     if (const auto* const target = target_of(value)) {
         visit(const_cast<object_impl&>(*target));
-    } else if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
+    } else if (const auto* const list = exact_cast<vector_property>(value)) {
         for (const abstract_property* element : list->elements)
             if (const auto* const each = target_of(element)) visit(const_cast<object_impl&>(*each));
     }
@@ -40,7 +40,8 @@ void object_impl::unlink_references(const abstract_property* value) {
     });
 }
 
-std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id, std::unique_ptr<abstract_property> value) {
+std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id,
+                                                               std::unique_ptr<abstract_property> value) {
     link_references(value.get());
     std::unique_ptr<abstract_property> former = values_.exchange(id, std::move(value));
     unlink_references(former.get());
@@ -54,10 +55,11 @@ std::unique_ptr<abstract_property> object_impl::take_value(u32 id) {
 }
 
 vector_property* object_impl::own_vector(u32 id) const {
-    return dynamic_cast<vector_property*>(values_.find(id));
+    return const_cast<vector_property*>(exact_cast<vector_property>(values_.find(id)));
 }
 
-void object_impl::exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) {
+void object_impl::exchange_element(u32 id, std::size_t position,
+                                   std::unique_ptr<abstract_property>& element) {
     vector_property* const list = own_vector(id);
     if (!list || position >= list->elements.size()) return;
     link_references(element.get());
@@ -80,7 +82,8 @@ std::unique_ptr<abstract_property> object_impl::take_element(u32 id, std::size_t
     if (!list) return nullptr;
     auto& elements = list->elements;
     if (wanted && (position >= elements.size() || elements[position] != wanted))
-        position = static_cast<std::size_t>(std::find(elements.begin(), elements.end(), wanted) - elements.begin());
+        position =
+            static_cast<std::size_t>(std::find(elements.begin(), elements.end(), wanted) - elements.begin());
     if (position >= elements.size()) return nullptr;
     std::unique_ptr<abstract_property> former{elements[position]};
     elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(position));
@@ -104,17 +107,19 @@ child_list& object_impl::made_children() {
 
 void object_impl::insert_child(object& child, std::size_t position) {
     object_impl& what = *impl_of(&child);
-    if (made_children().position_of(what) != npos) return;
-    children_->insert(what, position);
+    if (what.is_listed_) return;
+    made_children().insert(what, position);
     what.owner_object_ = this;
+    what.is_listed_ = true;
 }
 
 void object_impl::take_child(object& child) {
-    if (children_) children_->remove(*impl_of(&child));
+    if (children_ && children_->remove(*impl_of(&child)) != npos) impl_of(&child)->is_listed_ = false;
 }
 
 void object_impl::move_child(object& child, std::size_t position) {
-    if (children_ && children_->remove(*impl_of(&child)) != npos) children_->insert(*impl_of(&child), position);
+    if (children_ && children_->remove(*impl_of(&child)) != npos)
+        children_->insert(*impl_of(&child), position);
 }
 
 } // namespace kelm

@@ -3,6 +3,7 @@
 #include "message/value_messages.h"
 #include "object/effective_value.h"
 #include "object/mutation.h"
+#include "object/value_hooks.h"
 
 namespace kelm {
 
@@ -43,15 +44,7 @@ struct set_property_row : property_row {
         return std::make_unique<property_set_message_impl>(&self, std::move(old), stored, id, source);
     }
 
-    bool post(object_impl& at) {
-        if (!at.has_hooks<post_prop_set_semantic>()) return true;
-        const value_ptr copy = shared_clone(old_for_hooks);
-        return at.run<post_prop_set_semantic>([&](post_prop_set_semantic& h) {
-            // Kept: of all kinds only this one ends, content, when a hook before has deleted the object.
-            if (at.state() != state::normal && at.state() != state::being_created) return true;
-            return h.do_it(&at, id, value, copy, &self, source);
-        });
-    }
+    bool post(object_impl& at) { return run_post_set(at, id, value, old_for_hooks, &self, source); }
 };
 
 struct delete_property_row : property_row {
@@ -74,10 +67,7 @@ struct delete_property_row : property_row {
         return std::make_unique<property_delete_message_impl>(&self, std::move(taken), id);
     }
 
-    bool post(object_impl& at) {
-        return at.run_with_clone<post_prop_delete_semantic>(
-            old, [&](post_prop_delete_semantic& h, const value_ptr& copy) { return h.do_it(&at, id, copy, &self); });
-    }
+    bool post(object_impl& at) { return run_post_delete(at, id, old, &self); }
 };
 
 } // namespace

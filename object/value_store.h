@@ -2,6 +2,8 @@
 // Links of references to their targets are the object's business, not the store's.
 #pragma once
 
+#include "util/free_list.h"
+
 #include <kelm/property.h>
 
 #include <algorithm>
@@ -17,7 +19,8 @@ public:
         u32 id;
         std::unique_ptr<abstract_property> value;
     };
-    using const_iterator = std::vector<entry>::const_iterator;
+    using entries = std::vector<entry, pool_allocator<entry>>;
+    using const_iterator = entries::const_iterator;
 
     bool empty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
@@ -63,7 +66,7 @@ private:
                                 [](const entry& e, u32 wanted) { return e.id < wanted; });
     }
 
-    std::vector<entry> entries_;
+    entries entries_;
 };
 
 } // namespace kelm

@@ -153,8 +153,9 @@ bool object_impl::append_vector_element(u32 id, const abstract_property& element
         bool& mark = process().in_semantic;
         const bool before = mark;
         mark = true;
-        if (!set_property(id, vector_property{})) return false;
-        mark = before;
+        const bool passed = set_property(id, vector_property{});
+        mark = before; // also behind a refusal: what the user does next is the user's own
+        if (!passed) return false;
     }
     const vector_property* const list = own_vector(id);
     if (!list && !is_deleted()) return refuse();

@@ -2,6 +2,8 @@
 // Putting in and taking out moves the shorter side, so that working from either end of a long list costs no shift.
 #pragma once
 
+#include "util/free_list.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <type_traits>
@@ -13,9 +15,11 @@ template <class T>
 class gap_vector {
     static_assert(std::is_trivially_copyable_v<T>, "elements are moved about as bytes");
 
+    using room = std::vector<T, pool_allocator<T>>;
+
 public:
-    using iterator = typename std::vector<T>::iterator;
-    using const_iterator = typename std::vector<T>::const_iterator;
+    using iterator = typename room::iterator;
+    using const_iterator = typename room::const_iterator;
 
     std::size_t size() const { return room_.size() - gap_; }
     bool empty() const { return size() == 0; }
@@ -35,7 +39,8 @@ public:
             return;
         }
         if (gap_ == 0) make_gap();
-        std::copy(room_.begin() + offset(gap_), room_.begin() + offset(gap_ + at), room_.begin() + offset(gap_ - 1));
+        std::copy(room_.begin() + offset(gap_), room_.begin() + offset(gap_ + at),
+                  room_.begin() + offset(gap_ - 1));
         --gap_;
         room_[gap_ + at] = element;
     }
@@ -61,13 +66,13 @@ private:
 
     void make_gap() {
         const std::size_t wanted = size() + 4;
-        std::vector<T> wider(wanted + size());
+        room wider(wanted + size());
         std::copy(begin(), end(), wider.begin() + offset(wanted));
         room_ = std::move(wider);
         gap_ = wanted;
     }
 
-    std::vector<T> room_;
+    room room_;
     std::size_t gap_ = 0; // unused places in front
 };
 

@@ -7,7 +7,6 @@
 #include <ctime>
 #include <string>
 #include <vector>
-#include <vector>
 
 namespace kelm {
 

@@ -27,6 +27,7 @@ public:
         read_relations("table", type::table);
         read_relations("view", type::view);
         read_table_list();
+        read_index_sql();
         for (const auto& [unused, relation] : relations_) read_columns(*relation);
         for (kelm::object* table : parts(root_, type::table)) read_keys(*table);
         for (kelm::object* table : parts(root_, type::table)) read_foreign_keys(*table);
@@ -60,6 +61,11 @@ private:
             if (row.number(2)) set_flag(table, property::without_rowid);
             if (row.number(3)) set_flag(table, property::strict);
         }
+    }
+
+    void read_index_sql() {
+        statement row(db_, "SELECT name, sql FROM main.sqlite_master WHERE type = 'index'");
+        while (row.next()) index_sql_[row.text(0)] = row.text(1);
     }
 
     /// A view of what is gone, and a virtual table of an unknown kind, have no columns that could be told; the
@@ -113,9 +119,7 @@ private:
         kelm::object& index = add(table, type::index, row.text(0));
         if (row.number(1)) set_flag(index, property::unique);
         if (row.number(3)) set_flag(index, property::partial);
-        statement made(db_, "SELECT sql FROM main.sqlite_master WHERE type = 'index' AND name = ?",
-                       {row.text(0)});
-        const std::string sql = made.next() ? made.text(0) : std::string();
+        const std::string& sql = index_sql_[row.text(0)];
         set_text(index, property::sql, sql);
         const index_text text = read_index(sql);
         if (row.number(3)) set_text(index, property::condition, text.condition);
@@ -222,6 +226,7 @@ private:
     const database& db_;
     kelm::object& root_;
     std::map<std::string, kelm::object*, less_name> relations_; ///< tables and views share one space of names
+    std::map<std::string, std::string, less_name> index_sql_;
 };
 
 } // namespace

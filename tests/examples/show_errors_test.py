@@ -13,6 +13,8 @@ import schema_tool
 
 EMPTY = "0 tables, 0 columns, 0 primary keys, 0 foreign keys, 0 indexes, 0 views, 0 triggers"
 
+MANY = "BEGIN;" + "".join(f"CREATE TABLE table_{n} (a, b, c);" for n in range(300)) + "COMMIT;"
+
 
 class ShowErrors(schema_tool.ToolTest):
     def test_a_wrong_path_is_told_and_not_made(self):
@@ -58,7 +60,7 @@ class ShowErrors(schema_tool.ToolTest):
                 self.assertEqual(self.refused("show", path), f'"{path}" is not an SQLite database')
 
     def test_a_truncated_database_is_told(self):
-        whole = self.make("".join(f"CREATE TABLE table_{n} (a, b, c);" for n in range(300))).read_bytes()
+        whole = self.make(MANY).read_bytes()
         self.assertGreater(len(whole), 100000)
         for length in (4096, 20480, len(whole) // 2, len(whole) - 4096):
             path = self.folder / "cut.db"
@@ -68,7 +70,7 @@ class ShowErrors(schema_tool.ToolTest):
                 self.refused("show", path, "--json")
 
     def test_a_database_damaged_in_its_midst_is_told(self):
-        path = self.make("".join(f"CREATE TABLE table_{n} (a, b, c);" for n in range(300)))
+        path = self.make(MANY)
         content = bytearray(path.read_bytes())
         at = content.index(b"CREATE TABLE table_250")
         page = at // 4096 * 4096

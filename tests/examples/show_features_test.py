@@ -178,8 +178,8 @@ class ShowFeatures(schema_tool.ToolTest):
                          ['  "new b"', "  c        TEXT  default 'x'", '  index i (lower("new b"))'])
 
     def test_a_thousand_tables(self):
-        path = self.checked("".join(f"CREATE TABLE t{n} (id PRIMARY KEY, up REFERENCES t{n + 1});"
-                                    for n in range(1000)))
+        path = self.checked("BEGIN;" + "".join(f"CREATE TABLE t{n} (id PRIMARY KEY, up REFERENCES t{n + 1});"
+                                               for n in range(1000)) + "COMMIT;")
         keys = [key for table in self.json(path)["tables"] for key in table["foreign_keys"]]
         self.assertEqual(sum(key["resolved"] for key in keys), 999)
 

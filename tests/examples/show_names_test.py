@@ -56,7 +56,7 @@ class ShowNames(schema_tool.ToolTest):
                          f"CREATE INDEX {quoted('i ' + name)} ON {q} ({q}, other);"
                          f"CREATE VIEW {quoted('v ' + name)} AS SELECT {q} FROM {q};"
                          f"CREATE TRIGGER {quoted('t ' + name)} AFTER INSERT ON {q} BEGIN SELECT {n}; END;")
-        return self.make("".join(parts), name="odd 名 ' \".db")
+        return self.make("BEGIN;" + "".join(parts) + "COMMIT;", name="odd 名 ' \".db")
 
     def test_json_agrees_with_sqlite(self):
         path = self.odd_database()

@@ -57,10 +57,12 @@ TEST(values, a_clone_is_another_box_of_the_same_kind_and_value) {
     all.push_back(make<GUID>(some_id));
     all.push_back(make<id_multimap>({{1, 2}, {1, 3}}));
     for (const box& original : all) {
-        SCOPED_TRACE(typeid(*original).name());
+        const abstract_property& value = *original;
+        SCOPED_TRACE(typeid(value).name());
         const box copy{original->clone()};
+        const abstract_property& copied = *copy;
         EXPECT_NE(copy.get(), original.get());
-        EXPECT_EQ(typeid(*copy), typeid(*original));
+        EXPECT_EQ(typeid(copied), typeid(value));
         EXPECT_TRUE(copy->equals(original.get()));
         EXPECT_TRUE(original->equals(copy.get()));
     }
@@ -176,7 +178,9 @@ TEST(values, boxes_of_other_kinds_are_never_equal) {
     for (const box& a : all)
         for (const box& b : all) {
             if (a == b) continue;
-            SCOPED_TRACE(std::string(typeid(*a).name()) + " and " + typeid(*b).name());
+            const abstract_property& one = *a;
+            const abstract_property& other = *b;
+            SCOPED_TRACE(std::string(typeid(one).name()) + " and " + typeid(other).name());
             EXPECT_FALSE(a->equals(b.get()));
         }
 }

@@ -2,6 +2,8 @@
 // No expectations.
 #pragma once
 
+#include "tests/support/world.h"
+
 #include <kelm/framework.h>
 #include <kelm/meta_model.h>
 #include <kelm/model.h>
@@ -42,14 +44,7 @@ public:
     }
 };
 
-/// The types are declared behind start-up, so that it does not matter whose builder came first.
-class no_builder final : public meta_model_builder {
-public:
-    void define_data_types() override {}
-    void define_meta_attributes() override {}
-    void define_meta_objects() override {}
-};
-
+/// Adds them to those of all tests, once a process.
 inline void declare_types() {
     meta_model& types = *framework::instance().application_meta_model();
     if (types.find_meta_object(table_type)) return;
@@ -93,8 +88,7 @@ inline std::vector<std::string> elements_of(const value_ptr& value) {
 class user_defined_properties : public testing::Test {
 protected:
     void SetUp() override {
-        no_builder builder;
-        framework::instance().initialise(builder);
+        test::started_framework();
         declare_types();
         root_ = framework::instance().create_object(type_id::model, nullptr);
         ASSERT_NE(root_, nullptr);
