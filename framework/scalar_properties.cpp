@@ -50,7 +50,7 @@ template <>
 struct value_rules<bool> : apart_from_other_kinds {
     static bool same(bool a, bool b) { return a == b; }
     static void text(bool value, std::string& out) { out = value ? "True" : "False"; }
-    static void parse(bool& value, const std::string& text) { value = equal_no_case(text, "True"); }
+    static void parse(bool& value, const std::string& text) { value = same_bytes_no_case(text, "True"); }
     static void write(bool value, std::ostream& out) { put_bool(out, value); }
     static void read(property<bool>& box, std::istream& in, references&, object*) {
         box.value = get_bool(in);
@@ -114,8 +114,8 @@ struct value_rules<long long> : apart_from_other_kinds {
 
 template <>
 struct value_rules<double> : apart_from_other_kinds {
-    // Kept: relative where b is not near zero, absolute where it is.  So a = 0 may equal b while b does not
-    // equal a, and a number that is none equals nothing.
+    // Kept: relative where b is not near zero, absolute where it is.  So a just below the tolerance may equal b just
+    // above it while b does not equal a, and a number that is none equals nothing.
     static bool same(double a, double b) {
         constexpr double tolerance = 5e-8;
         if (std::abs(b) < tolerance) return std::abs(a) < tolerance;

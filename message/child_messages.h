@@ -9,7 +9,7 @@
 namespace kelm {
 
 /// A child came.
-class child_add_message_impl final : public reversible<child_add_message_impl>, public child_add_message {
+class child_add_message_impl final : public child_add_message, public reversible<child_add_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
     child_add_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
@@ -29,7 +29,7 @@ private:
 };
 
 /// A child is about to be deleted.
-class child_pre_remove_message_impl final : public message_impl, public child_pre_remove_message {
+class child_pre_remove_message_impl final : public child_pre_remove_message, public message_impl {
 public:
     child_pre_remove_message_impl(silent_edit* owner, kelm::object* child)
         : message_impl(message_type::child_pre_remove, owner), child_(child) {}
@@ -44,7 +44,7 @@ private:
 };
 
 /// A child went.
-class child_remove_message_impl final : public reversible<child_remove_message_impl>, public child_remove_message {
+class child_remove_message_impl final : public child_remove_message, public reversible<child_remove_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
     child_remove_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
@@ -64,7 +64,7 @@ private:
 };
 
 /// A child changed its place.
-class child_order_message_impl final : public reversible<child_order_message_impl>, public child_order_message {
+class child_order_message_impl final : public child_order_message, public reversible<child_order_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
     child_order_message_impl(silent_edit* owner, kelm::object* child, std::size_t new_pos, std::size_t old_pos)
@@ -87,7 +87,7 @@ private:
 };
 
 /// An object changed its owner; the messages of the two child lists stand before it.
-class owner_set_message_impl final : public reversible<owner_set_message_impl>, public owner_set_message {
+class owner_set_message_impl final : public owner_set_message, public reversible<owner_set_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
     owner_set_message_impl(silent_edit* about, kelm::object* new_owner, kelm::object* old_owner)

@@ -75,12 +75,13 @@ void inherits_from_order_message_impl::backward() {
 }
 
 void inherits_from_order_message_impl::inverse() {
-    tell_inverse<inherits_from_order_message_impl>(&edit(), base_, std::size_t{old_pos_}, std::size_t{new_pos_});
+    tell_inverse<inherits_from_order_message_impl>(&edit(), base_, std::size_t{old_pos_},
+                                                   std::size_t{new_pos_});
 }
 
 std::string& inherits_from_order_message_impl::to_string(std::string& out) const {
-    return out = "Inherits From Order - object: " + type_and_path(object()) + ": new position " + number(new_pos_) +
-                 ", old position: " + number(old_pos_);
+    return out = "Inherits From Order - object: " + type_and_path(object()) + ": new position " +
+                 number(new_pos_) + ", old position: " + number(old_pos_);
 }
 
 void inherits_replace_message_impl::forward() {
@@ -96,8 +97,8 @@ void inherits_replace_message_impl::inverse() {
 }
 
 std::string& inherits_replace_message_impl::to_string(std::string& out) const {
-    return out = "Replace Inherits - " + type_and_path(object()) + " from: " + type_and_path(former_) + " with " +
-                 type_and_path(base_);
+    return out = "Replace Inherits - " + type_and_path(object()) + " from: " + type_and_path(former_) +
+                 " with " + type_and_path(base_);
 }
 
 } // namespace kelm

@@ -42,13 +42,17 @@ private:
 };
 
 /// A base came, as the last.
-class inherits_add_message_impl final : public relinking<inherits_add_message_impl>, public inherits_add_message {
+class inherits_add_message_impl final : public relinking<inherits_add_message_impl>,
+                                        public inherits_add_message {
 public:
     static constexpr bool loses_forward = false;
     static constexpr bool loses_backward = true;
     /// \param is_repeated  the base was in the list before: undo and redo leave it there, and tell all the same
-    inherits_add_message_impl(silent_edit* about, kelm::object* base, std::size_t pos, bool is_repeated = false)
-        : relinking(message_type::inherits_add, about), pos_(static_cast<u32>(pos)), is_repeated_(is_repeated),
+    inherits_add_message_impl(silent_edit* about, kelm::object* base, std::size_t pos,
+                              bool is_repeated = false)
+        : relinking(message_type::inherits_add, about),
+          pos_(static_cast<u32>(pos)),
+          is_repeated_(is_repeated),
           base_(base) {}
 
     kelm::object* inherits_from() const override { return base_; }
@@ -115,7 +119,9 @@ public:
     static constexpr bool loses_backward = false;
     inherits_from_order_message_impl(silent_edit* about, kelm::object* base, std::size_t new_pos,
                                      std::size_t old_pos)
-        : relinking(message_type::inherits_from_order, about), new_pos_(static_cast<u32>(new_pos)), base_(base),
+        : relinking(message_type::inherits_from_order, about),
+          new_pos_(static_cast<u32>(new_pos)),
+          base_(base),
           old_pos_(static_cast<u32>(old_pos)) {}
 
     kelm::object* inherits_from() const override { return base_; }
@@ -140,8 +146,11 @@ public:
     // Kept: undo and redo do not tell of values that go with the former base, though the first run does.
     static constexpr bool loses_forward = false;
     static constexpr bool loses_backward = false;
-    inherits_replace_message_impl(silent_edit* about, kelm::object* base, kelm::object* former, std::size_t pos)
-        : relinking(message_type::inherits_replace, about), pos_(static_cast<u32>(pos)), base_(base),
+    inherits_replace_message_impl(silent_edit* about, kelm::object* base, kelm::object* former,
+                                  std::size_t pos)
+        : relinking(message_type::inherits_replace, about),
+          pos_(static_cast<u32>(pos)),
+          base_(base),
           former_(former) {}
 
     kelm::object* inherits_from() const override { return base_; }

@@ -27,7 +27,7 @@ bool obj_create_message_impl::undo() {
 }
 
 void obj_create_message_impl::release_values() {
-    if (!is_undone() || keep_object_ || !object()) return;
+    if (!is_undone() || mark() || !object()) return;
     edit().destroy();
     set_object(nullptr);
 }

@@ -9,7 +9,7 @@
 namespace kelm {
 
 /// An object was made.  Undone, the message has the object, and frees it when it goes itself.
-class obj_create_message_impl final : public message_impl, public obj_create_message {
+class obj_create_message_impl final : public obj_create_message, public message_impl {
 public:
     obj_create_message_impl(silent_edit* about, kelm::object* owner)
         : message_impl(message_type::obj_create, about), owner_(owner) {}
@@ -22,16 +22,15 @@ public:
     void release_values() override;
 
     /// The object outlives the message: code that is rolling back may still hold it.
-    void keep_object() { keep_object_ = true; }
+    void keep_object() { set_mark(true); }
 
 private:
-    bool keep_object_ = false;
     u32 object_type_ = 0;
     kelm::object* owner_;
 };
 
 /// An object is about to be deleted.
-class obj_pre_delete_message_impl final : public message_impl, public obj_pre_delete_message {
+class obj_pre_delete_message_impl final : public obj_pre_delete_message, public message_impl {
 public:
     obj_pre_delete_message_impl(silent_edit* about, kelm::object* owner)
         : message_impl(message_type::obj_pre_delete, about), owner_(owner) {}
@@ -46,7 +45,7 @@ private:
 };
 
 /// An object was deleted.  Done, the message has the object, and frees it when it goes itself.
-class obj_delete_message_impl final : public message_impl, public obj_delete_message {
+class obj_delete_message_impl final : public obj_delete_message, public message_impl {
 public:
     obj_delete_message_impl(silent_edit* about, kelm::object* owner)
         : message_impl(message_type::obj_delete, about), owner_(owner) {}

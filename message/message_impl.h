@@ -47,13 +47,17 @@ protected:
         static_cast<message_impl&>(inverse).tell();
     }
     void set_undone(bool undone) { undone_ = undone; }
+    // A mark of the derived class's own, kept here where there is room for it.
+    bool mark() const { return mark_; }
+    void set_mark(bool on) { mark_ = on; }
 
 private:
     silent_edit* object_;
     u8 type_;
-    bool first_run_ = true;
-    bool undone_ = false;
-    bool user_created_;
+    bool first_run_ : 1 = true;
+    bool undone_ : 1 = false;
+    bool user_created_ : 1;
+    bool mark_ : 1 = false;
 };
 
 } // namespace kelm

@@ -9,7 +9,7 @@
 namespace kelm {
 
 /// An object was attached as an observer.
-class observer_add_message_impl final : public message_impl, public observer_add_message {
+class observer_add_message_impl final : public observer_add_message, public message_impl {
 public:
     observer_add_message_impl(silent_edit* subject, kelm::observer* who, u32 id);
 
@@ -24,7 +24,7 @@ private:
 };
 
 /// An object was detached.
-class observer_remove_message_impl final : public message_impl, public observer_remove_message {
+class observer_remove_message_impl final : public observer_remove_message, public message_impl {
 public:
     observer_remove_message_impl(silent_edit* subject, kelm::observer* who, u32 id);
 

@@ -15,7 +15,8 @@ bool property_refresh_set_message_impl::redo() {
 
 bool property_refresh_set_message_impl::undo() {
     if (known_old_value())
-        tell_inverse<property_refresh_set_message_impl>(&edit(), known_new_value(), known_old_value(), property_type());
+        tell_inverse<property_refresh_set_message_impl>(&edit(), known_new_value(), known_old_value(),
+                                                        property_type());
     else
         tell_inverse<property_refresh_delete_message_impl>(&edit(), known_new_value(), property_type());
     return true;
@@ -32,8 +33,8 @@ bool property_refresh_delete_message_impl::redo() {
 }
 
 bool property_refresh_delete_message_impl::undo() {
-    tell_inverse<property_refresh_set_message_impl>(&edit(), static_cast<abstract_property*>(nullptr), known_old_value(),
-                                                    property_type());
+    tell_inverse<property_refresh_set_message_impl>(&edit(), static_cast<abstract_property*>(nullptr),
+                                                    known_old_value(), property_type());
     return true;
 }
 

@@ -16,8 +16,8 @@ public:
                                       std::unique_ptr<abstract_property> new_value, u32 id)
         : property_set_message_impl(about, std::move(old_value), std::move(new_value), id) {}
     /// For telling only: both values are lent.
-    property_refresh_set_message_impl(silent_edit* about, abstract_property* old_value, abstract_property* new_value,
-                                      u32 id)
+    property_refresh_set_message_impl(silent_edit* about, abstract_property* old_value,
+                                      abstract_property* new_value, u32 id)
         : property_set_message_impl(about, old_value, new_value, id, nullptr) {}
 
     std::string& to_string(std::string& out) const override;
@@ -29,7 +29,8 @@ public:
 /// The effective value went.
 class property_refresh_delete_message_impl final : public property_delete_message_impl {
 public:
-    property_refresh_delete_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value, u32 id)
+    property_refresh_delete_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
+                                         u32 id)
         : property_delete_message_impl(about, std::move(old_value), id) {}
     /// For telling only: the value is lent.
     property_refresh_delete_message_impl(silent_edit* about, abstract_property* old_value, u32 id)

@@ -11,18 +11,21 @@
 namespace kelm {
 
 const flattened<meta_property>& meta_object_impl::all_properties() const {
-    if (!all_properties_.empty()) return all_properties_;
+    if (all_properties_.is_complete()) return all_properties_;
+    all_properties_.clear(); // of what a failure may have left
     all_properties_.append(own_properties_.in_order());
     for (const meta_base* above : bases_ref()) {
         const auto& base = static_cast<const meta_object_impl&>(*above);
         all_properties_.append(base.properties_ref(),
                                [&](const meta_property& it) { return !base.is_property_excluded(it.id()); });
     }
+    all_properties_.set_complete();
     return all_properties_;
 }
 
 const flattened<meta_composition>& meta_object_impl::all_compositions() const {
-    if (!all_compositions_.empty()) return all_compositions_;
+    if (all_compositions_.is_complete()) return all_compositions_;
+    all_compositions_.clear(); // of what a failure may have left
     all_compositions_.append(own_compositions_.in_order());
     for (const meta_base* above : bases_ref()) {
         const auto& base = static_cast<const meta_object_impl&>(*above);
@@ -30,6 +33,7 @@ const flattened<meta_composition>& meta_object_impl::all_compositions() const {
             return !base.is_composition_excluded(it.id());
         });
     }
+    all_compositions_.set_complete();
     return all_compositions_;
 }
 
@@ -42,7 +46,7 @@ const std::vector<meta_composition*>& meta_object_impl::compositions_ref() const
 }
 
 const semantic_table* meta_object_impl::merged_semantics() const {
-    if (all_semantics_) return all_semantics_.get();
+    if (has_all_semantics_) return all_semantics_.get();
     auto merged = std::make_unique<semantic_table>();
     // Kept: bases come first and win when ids are equal, the other way round than with properties. A derived type
     // cannot put a hook of its own in the place of one that it inherits.
@@ -54,19 +58,20 @@ const semantic_table* meta_object_impl::merged_semantics() const {
     }
     if (semantics_) merged->merge(*semantics_, [](const semantic&) { return true; });
     if (!merged->empty()) all_semantics_ = std::move(merged);
+    has_all_semantics_ = true;
     return all_semantics_.get();
 }
 
 const std::vector<u32>& meta_object_impl::related_types_ref() const {
-    if (!all_related_types_.empty()) return all_related_types_;
-    all_related_types_ = own_related_types_;
+    if (all_related_types_) return *all_related_types_;
+    std::vector<u32> all = own_related_types_;
     for (const meta_base* above : bases_ref()) {
         const auto& inherited = static_cast<const meta_object_impl&>(*above).related_types_ref();
         std::vector<u32> both;
-        std::ranges::set_union(all_related_types_, inherited, std::back_inserter(both));
-        all_related_types_ = std::move(both);
+        std::ranges::set_union(all, inherited, std::back_inserter(both));
+        all = std::move(both);
     }
-    return all_related_types_;
+    return all_related_types_.emplace(std::move(all));
 }
 
 bool meta_object_impl::update(subject*, message*) {
@@ -92,11 +97,12 @@ void meta_object_impl::drop_derived_caches() {
 void meta_object_impl::forget_lists() {
     all_properties_.clear();
     all_compositions_.clear();
-    all_related_types_.clear();
+    all_related_types_.reset();
     forget_semantics();
 }
 
 void meta_object_impl::forget_semantics() {
+    has_all_semantics_ = false;
     if (all_semantics_) retired_semantics_.push_back(std::move(all_semantics_));
 }
 

@@ -31,7 +31,6 @@ public:
         const auto at = place(id);
         if (at != entries_.end() && at->first == id) entries_.erase(at);
     }
-    bool empty() const { return entries_.empty(); }
     void clear() { entries_.clear(); }
 
 private:
@@ -101,8 +100,11 @@ public:
     }
     Thing* find(u32 id) const { return by_id_.find(id); }
     const std::vector<Thing*>& in_order() const { return in_order_; }
-    bool empty() const { return by_id_.empty(); }
+    /// \returns whether all has been appended; a list of nothing can be complete as well
+    bool is_complete() const { return is_complete_; }
+    void set_complete() { is_complete_ = true; }
     void clear() {
+        is_complete_ = false;
         by_id_.clear();
         in_order_.clear();
     }
@@ -110,6 +112,7 @@ public:
 private:
     std::vector<Thing*> in_order_;
     id_index<Thing> by_id_;
+    bool is_complete_ = false;
 };
 
 /// \returns the first of exactly that name; null when there is none

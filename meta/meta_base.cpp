@@ -59,14 +59,19 @@ value_map meta_base::attributes() const {
 }
 
 const abstract_property* meta_base::find_attribute(u32 attribute) const {
-    const auto own = attributes_.find(attribute);
-    return own != attributes_.end() ? own->second.get() : find_inherited(attribute);
+    visited been;
+    return search(attribute, been);
 }
 
-const abstract_property* meta_base::find_inherited(u32 attribute) const {
+const abstract_property* meta_base::search(u32 attribute, visited& been) const {
+    const auto own = attributes_.find(attribute);
+    if (own != attributes_.end()) return own->second.get();
     if (bases_.empty() || !meta_attributes().is_inheritable(attribute)) return nullptr;
+    // Whatever was asked before had no value, or the search would have ended there.
+    if (been && !been->insert(this).second) return nullptr;
+    if (!been && bases_.size() > 1) been.emplace();
     for (const meta_base* base : bases_)
-        if (const abstract_property* const value = base->find_attribute(attribute)) return value;
+        if (const abstract_property* const value = base->search(attribute, been)) return value;
     return nullptr;
 }
 

@@ -9,7 +9,9 @@
 #include <iosfwd>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace kelm {
@@ -71,8 +73,11 @@ public:
     void set_text(u32 attribute, const std::string& text);
 
 protected:
-    /// \returns the first value along the bases; null when none has one, or the attribute does not pass
-    const abstract_property* find_inherited(u32 attribute) const;
+    /// Where a look-up has been, noted from where lines of inheritance part: before that none can meet.
+    using visited = std::optional<std::unordered_set<const meta_base*>>;
+
+    /// find_attribute(), which asks each thing above once, however many lines lead to it.
+    virtual const abstract_property* search(u32 attribute, visited& been) const;
     /// \returns the text of an attribute; `fallback` when there is none
     std::string text_of(u32 attribute, const char* fallback) const;
 

@@ -25,8 +25,8 @@ std::vector<meta_composition*> meta_composition_impl::bases() const {
 
 meta_object* meta_composition_impl::child_meta_object() const { return meta_model_->find_meta_object(id()); }
 
-const abstract_property* meta_composition_impl::find_attribute(u32 attribute) const {
-    if (const abstract_property* const value = meta_base::find_attribute(attribute)) return value;
+const abstract_property* meta_composition_impl::search(u32 attribute, visited& been) const {
+    if (const abstract_property* const value = meta_base::search(attribute, been)) return value;
     // Also for what a base does not pass on: the child type is no base, it is what this composition stands for.
     const auto* const child = dynamic_cast<const meta_object_base*>(child_meta_object());
     return child ? child->find_attribute(attribute) : nullptr;

@@ -19,8 +19,9 @@ public:
     meta_object* child_meta_object() const override;
     bool is_user_defined() const override { return id() >= type_id::first_user_defined; }
 
+protected:
     /// Asks the child type last, so that a composition without a name shows that of its child type.
-    const abstract_property* find_attribute(u32 attribute) const override;
+    const abstract_property* search(u32 attribute, visited& been) const override;
 
 private:
     using meta_base::add_base;

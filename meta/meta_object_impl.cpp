@@ -97,7 +97,10 @@ meta_composition* meta_object_impl::add_composition(u32 child_type, const std::s
     notify(nullptr);
     if (own_compositions_.holds(child_type)) return nullptr;
     auto made = std::make_unique<meta_composition_impl>(child_type, meta_model_);
-    if (!name.empty()) made->describe(name, definition);
+    if (!name.empty()) { // also an empty definition: it keeps that of the child type from showing
+        made->set_text(attribute_id::name, name);
+        made->set_text(attribute_id::definition, definition);
+    }
     meta_composition* const added = own_compositions_.add(std::move(made));
     all_compositions_.clear(); // whoever was told may have read
     drop_derived_caches();
@@ -195,11 +198,11 @@ std::vector<meta_object*> meta_object_impl::base_types() const {
 // Related types.
 
 void meta_object_impl::add_related_type(u32 type) {
-    all_related_types_.clear();
+    all_related_types_.reset();
     notify(nullptr);
     const auto at = std::ranges::lower_bound(own_related_types_, type);
     if (at == own_related_types_.end() || *at != type) own_related_types_.insert(at, type);
-    all_related_types_.clear(); // whoever was told may have read
+    all_related_types_.reset(); // whoever was told may have read
     drop_derived_caches();
 }
 

@@ -8,6 +8,7 @@
 #include "meta/meta_thing.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -106,11 +107,12 @@ private:
     std::vector<u32> excluded_properties_;
     std::vector<u32> excluded_semantics_;
 
-    // Kept of all; empty or null means to be built.
+    // Kept of all, built when first read.
     mutable flattened<meta_property> all_properties_;
     mutable flattened<meta_composition> all_compositions_;
-    mutable std::unique_ptr<semantic_table> all_semantics_;
-    mutable std::vector<u32> all_related_types_;
+    mutable std::unique_ptr<semantic_table> all_semantics_; // null also when there are none
+    mutable bool has_all_semantics_ = false;
+    mutable std::optional<std::vector<u32>> all_related_types_;
     // Objects borrow a merged table for life: one that is out of date is kept aside, not freed.
     std::vector<std::unique_ptr<semantic_table>> retired_semantics_;
 };

@@ -3,6 +3,7 @@
 // How a definition is read and its properties are made is udp_definition.h.
 #include "meta/udp_semantics.h"
 
+#include "framework/semantic_table.h"
 #include "meta/udp_definition.h"
 
 #include <kelm/property.h>

@@ -1,11 +1,12 @@
 // Reading the children of an object: listings with filters and sorters, counts, positions.
 // The list itself is child_list.
-#include "object/object_impl.h"
+#include "object/model_impl.h"
 
 #include <kelm/filters.h>
 #include <kelm/sorters.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace kelm {
 
@@ -49,6 +50,9 @@ void select(const child_list& from, const filter& leave_out, std::vector<object*
 
 std::size_t object_impl::children(std::vector<object*>& out, filter* leave_out, sorter* order) const {
     out.clear();
+    std::optional<message_history_impl::in_use>
+        guard; // a hook, filter or sorter must not close the model meanwhile
+    if (model_) guard.emplace(model_->log());
     object* const face = face_for_hooks();
     const bool passed = run_hooks<pre_children_get_semantic>(
         semantic_table_, [&](pre_children_get_semantic& h) { return h.do_it(face); });
@@ -98,7 +102,7 @@ std::size_t object_impl::child_count(filter* leave_out) const {
 }
 
 std::size_t object_impl::child_position(object* child) const {
-    return child && is_listed_here(*impl_of(child)) ? children_->position_of(*impl_of(child)) : npos;
+    return children_ && child && impl_of(child)->is_listed() ? children_->position_of(*impl_of(child)) : npos;
 }
 
 object* object_impl::child_at(u32 type, std::size_t index) const {

@@ -23,8 +23,8 @@ struct add_child_row : child_row {
             [&](pre_add_child_semantic& h) { return h.do_it(&at, &child); });
     }
     step change() {
-        if (self.is_listed_here(child)) return step::nothing_to_do;
-        if (!self.may_own(child) || self.is_listed_elsewhere(child)) return step::refuse;
+        if (self.child_position(&child) != npos) return step::nothing_to_do;
+        if (!self.may_own(child) || child.is_listed()) return step::refuse;
         position = self.made_children().run_size(child.type());
         self.insert_child(child, position);
         return step::go_on;
@@ -73,10 +73,10 @@ struct order_child_row : child_row {
     step change() {
         const child_list* const list = self.child_objects();
         if (!list) return step::nothing_to_do;
-        old_position = list->position_of(child);
+        old_position = self.child_position(&child);
         const bool is_stranger = old_position == npos;
         if (is_stranger && child.owner_object() != &self) return step::refuse; // it would have two owners
-        if (old_position == position) return step::go_on; // told and recorded all the same
+        if (!is_stranger && old_position == position) return step::go_on; // told and recorded all the same
         self.take_child(child);
         if (is_stranger) old_position = list->run_size(child.type());
         // Kept: a position behind the end leaves the child out of the list, and nothing is told or recorded.
@@ -127,10 +127,6 @@ bool object_impl::may_own(const object_impl& child) const {
     for (const object_impl* at = owner_object_; at; at = at->owner_object_)
         if (at == &child) return false;
     return true;
-}
-
-bool object_impl::is_listed_elsewhere(const object_impl& child) const {
-    return child.is_listed_ && child.owner_object_ != this;
 }
 
 bool object_impl::add_child(object* child) {

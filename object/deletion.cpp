@@ -24,8 +24,7 @@ bool record_and_tell(object_impl& about, Arguments&&... arguments) {
 /// The deletion of one object.  The steps are in the order in which observers hear of them.
 class deletion {
 public:
-    explicit deletion(object_impl& what)
-        : self_(what), owner_(what.owner_object()), caller_mark_(process().in_semantic) {}
+    explicit deletion(object_impl& what) : self_(what), caller_mark_(process().in_semantic) {}
 
     /// What comes before the children.
     bool begin() {
@@ -39,10 +38,13 @@ public:
     /// \returns the child to delete before this object can go; null when there is none, or none that goes: then
     ///          has_children() tells
     object_impl* next_child() {
-        if (!self_.has_children()) return nullptr;
-        object_impl* const first = self_.child_objects()->front();
-        if (first == last_child_ || first->state() != state::normal) return nullptr;
-        return last_child_ = first;
+        while (self_.has_children()) {
+            object_impl* const first = self_.child_objects()->front();
+            if (first == last_child_) return nullptr; // a hook has put it back
+            if (!first->is_deleted()) return first->state() == state::normal ? last_child_ = first : nullptr;
+            self_.take_child(*first); // it was added when it was deleted already: nobody hears of it
+        }
+        return nullptr;
     }
     bool has_children() const { return self_.has_children(); }
 
@@ -71,6 +73,7 @@ public:
 
 private:
     bool announce() {
+        owner_ = self_.owner_object();        // the hooks before may have moved the object
         process().in_semantic = caller_mark_; // the one message that carries the caller's mark
         auto made = std::make_unique<obj_pre_delete_message_impl>(&self_, owner_);
         message_impl& said = *made;
@@ -113,8 +116,8 @@ private:
             if (!first->cancel_inherits_from(&self_)) return false;
             if (!self_.inheritor_links() || !self_.inheritor_links()->holds(first)) continue;
             if (!first->is_deleted()) return false;
-            first->take_base(
-                self_, first->inherits_from_position(&self_)); // only a bad history links to the deleted
+            // Only a bad history links to the deleted.
+            first->take_base(self_, first->inherits_from_position(&self_));
         }
         return true;
     }
@@ -129,12 +132,13 @@ private:
     }
 
     bool leave_owner() {
-        const std::size_t position = owner_->child_position(&self_);
-        owner_->take_child(self_);
-        if (!record_and_tell<child_remove_message_impl>(*owner_, &self_, position)) return false;
-        const bool passed = owner_->run<post_remove_child_semantic>(
-            [&](post_remove_child_semantic& h) { return h.do_it(owner_, &self_); });
-        return passed || owner_->refuse();
+        object_impl& owner = *self_.owner_object(); // hooks on the way may have moved the object once more
+        const std::size_t position = owner.child_position(&self_);
+        owner.take_child(self_);
+        if (!record_and_tell<child_remove_message_impl>(owner, &self_, position)) return false;
+        const bool passed = owner.run<post_remove_child_semantic>(
+            [&](post_remove_child_semantic& h) { return h.do_it(&owner, &self_); });
+        return passed || owner.refuse();
     }
 
     void detach_observers() {
@@ -155,7 +159,7 @@ private:
     }
 
     object_impl& self_;
-    object_impl* owner_;
+    object_impl* owner_ = nullptr; // as it was when the deletion was announced
     object_impl* last_child_ = nullptr;
     bool caller_mark_;
     bool was_finished_ = false;
@@ -181,8 +185,7 @@ bool deletion::clear_references_of(object_impl& referrer) {
             notes.push_back({id, true});
         } else if (const auto* const list = dynamic_cast<const vector_property*>(value.get())) {
             if (std::ranges::any_of(list->elements, [&](const auto* e) { return refers_to_self(e); }))
-                notes.push_back(
-                    {id, false}); // one note serves all elements: they are searched for anew each time
+                notes.push_back({id, false}); // one note serves all: they are searched for anew each time
         }
     }
     for (const note& n : notes) {

@@ -24,7 +24,9 @@ const inherited_value* find(const inherited_values& sorted, u32 id) {
     return at != sorted.end() && at->id == id ? &*at : nullptr;
 }
 
-bool are_equal(const abstract_property* a, const abstract_property* b) { return a && b ? a->equals(b) : a == b; }
+bool are_equal(const abstract_property* a, const abstract_property* b) {
+    return a && b ? a->equals(b) : a == b;
+}
 
 /// A message that is told and not kept only reads its values.
 abstract_property* lent(const inherited_value& from) { return const_cast<abstract_property*>(from.value); }
@@ -39,7 +41,8 @@ bool tell_one(object_impl& about, const inherited_change& change, bool first_run
         property_delete_message_impl said{&about, lent(change.before), change.id()};
         return tell(about, said, first_run);
     }
-    property_set_message_impl said{&about, lent(change.before), lent(change.now), change.id(), change.before.source};
+    property_set_message_impl said{&about, lent(change.before), lent(change.now), change.id(),
+                                   change.before.source};
     return tell(about, said, first_run);
 }
 
@@ -59,7 +62,8 @@ inherited_values object_impl::inherited_now() const {
     return out;
 }
 
-inherited_changes compare_inherited(const inherited_values& before, const inherited_values& now, bool with_losses) {
+inherited_changes compare_inherited(const inherited_values& before, const inherited_values& now,
+                                    bool with_losses) {
     inherited_changes out;
     const inherited_values known = sorted_by_id(before);
     for (const inherited_value& each : now) {

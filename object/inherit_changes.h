@@ -22,7 +22,8 @@ struct inherited_change {
 using inherited_changes = std::vector<inherited_change>;
 
 /// \returns what differs, in the order of the type's properties; what is gone, asked for by `with_losses`, comes last
-inherited_changes compare_inherited(const inherited_values& before, const inherited_values& now, bool with_losses);
+inherited_changes compare_inherited(const inherited_values& before, const inherited_values& now,
+                                    bool with_losses);
 
 /// Tells observers, of the object and of its inheritors, in messages that nobody keeps.
 /// \returns false as soon as one refused

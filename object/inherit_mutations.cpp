@@ -19,7 +19,8 @@ const object_impl* impl_or_null(object* what) { return what ? impl_of(what) : nu
 step test_base(const object_impl& self, object* base) {
     if (!base || base == &self) return step::refuse;
     if (self.inherits_from(base, false)) return step::nothing_to_do;
-    return base->state() != state::deleted && self.may_inherit_from(*impl_of(base)) ? step::go_on : step::refuse;
+    return base->state() != state::deleted && self.may_inherit_from(*impl_of(base)) ? step::go_on
+                                                                                    : step::refuse;
 }
 
 /// Hooks behind a change that brought other values along.  \returns false when one refused
@@ -30,11 +31,11 @@ bool run_hooks_behind(object_impl& self, const inherited_change& change) {
     };
     object* const origin = source ? source->face_for_hooks() : nullptr;
     if (change.is_loss)
-        return everywhere([&](object_impl& at) {
-            return run_post_delete(at, change.id(), change.before.value, origin);
-        });
+        return everywhere(
+            [&](object_impl& at) { return run_post_delete(at, change.id(), change.before.value, origin); });
     return !change.now.value || everywhere([&](object_impl& at) {
-        return run_post_set(at, change.id(), *change.now.value, change.before.value, origin, change.before.source);
+        return run_post_set(at, change.id(), *change.now.value, change.before.value, origin,
+                            change.before.source);
     });
 }
 
@@ -63,9 +64,9 @@ struct add_base_row : list_row {
     bool is_repeated = false;
 
     bool pre(object_impl& at) {
-        return at.run<pre_add_inherits_from_semantic>(
-                   [&](pre_add_inherits_from_semantic& h) { return h.do_it(&at, base); }) &&
-               ask_about_values(self, list_change::add(impl_or_null(base)));
+        return at.run<pre_add_inherits_from_semantic>([&](pre_add_inherits_from_semantic& h) {
+            return h.do_it(&at, base);
+        }) && ask_about_values(self, list_change::add(impl_or_null(base)));
     }
     step change() {
         note_values();
@@ -82,9 +83,9 @@ struct add_base_row : list_row {
     }
     bool settle() { return tell_changes(false); }
     bool post(object_impl& at) {
-        return at.run<post_add_inherits_from_semantic>(
-                   [&](post_add_inherits_from_semantic& h) { return h.do_it(&at, base); }) &&
-               run_value_hooks();
+        return at.run<post_add_inherits_from_semantic>([&](post_add_inherits_from_semantic& h) {
+            return h.do_it(&at, base);
+        }) && run_value_hooks();
     }
 };
 
@@ -93,13 +94,14 @@ struct insert_base_row : list_row {
     std::size_t position;
 
     bool pre(object_impl& at) {
-        return at.run<pre_insert_inherits_from_semantic>(
-                   [&](pre_insert_inherits_from_semantic& h) { return h.do_it(&at, base, position); }) &&
-               ask_about_values(self, list_change::insert(impl_of(base), position));
+        return at.run<pre_insert_inherits_from_semantic>([&](pre_insert_inherits_from_semantic& h) {
+            return h.do_it(&at, base, position);
+        }) && ask_about_values(self, list_change::insert(impl_of(base), position));
     }
     step change() {
         note_values();
-        if (const step tested = test_base(self, base); tested != step::go_on) return tested; // hooks may have linked
+        if (const step tested = test_base(self, base); tested != step::go_on)
+            return tested; // hooks may have linked
         if (position > (self.bases() ? self.bases()->size() : 0)) return step::refuse;
         self.insert_base(*base, position);
         return step::go_on;
@@ -109,9 +111,9 @@ struct insert_base_row : list_row {
     }
     bool settle() { return tell_changes(false); }
     bool post(object_impl& at) {
-        return at.run<post_insert_inherits_from_semantic>(
-                   [&](post_insert_inherits_from_semantic& h) { return h.do_it(&at, base, position); }) &&
-               run_value_hooks();
+        return at.run<post_insert_inherits_from_semantic>([&](post_insert_inherits_from_semantic& h) {
+            return h.do_it(&at, base, position);
+        }) && run_value_hooks();
     }
 };
 
@@ -120,9 +122,9 @@ struct cancel_base_row : list_row {
     std::size_t position = 0;
 
     bool pre(object_impl& at) {
-        return at.run<pre_cancel_inherits_from_semantic>(
-                   [&](pre_cancel_inherits_from_semantic& h) { return h.do_it(&at, base); }) &&
-               ask_about_values(self, list_change::cancel(impl_or_null(base)));
+        return at.run<pre_cancel_inherits_from_semantic>([&](pre_cancel_inherits_from_semantic& h) {
+            return h.do_it(&at, base);
+        }) && ask_about_values(self, list_change::cancel(impl_or_null(base)));
     }
     step change() {
         note_values();
@@ -136,9 +138,9 @@ struct cancel_base_row : list_row {
     }
     bool settle() { return tell_changes(true); }
     bool post(object_impl& at) {
-        return at.run<post_cancel_inherits_from_semantic>(
-                   [&](post_cancel_inherits_from_semantic& h) { return h.do_it(&at, base); }) &&
-               run_value_hooks();
+        return at.run<post_cancel_inherits_from_semantic>([&](post_cancel_inherits_from_semantic& h) {
+            return h.do_it(&at, base);
+        }) && run_value_hooks();
     }
 };
 
@@ -148,13 +150,14 @@ struct replace_base_row : list_row {
     std::size_t position;
 
     bool pre(object_impl& at) {
-        return at.run<pre_replace_inherits_from_semantic>(
-                   [&](pre_replace_inherits_from_semantic& h) { return h.do_it(&at, base, former); }) &&
-               ask_about_values(self, list_change::replace(impl_of(base), position));
+        return at.run<pre_replace_inherits_from_semantic>([&](pre_replace_inherits_from_semantic& h) {
+            return h.do_it(&at, base, former);
+        }) && ask_about_values(self, list_change::replace(impl_of(base), position));
     }
     step change() {
         note_values();
-        if (const step tested = test_base(self, base); tested != step::go_on) return tested; // hooks may have linked
+        if (const step tested = test_base(self, base); tested != step::go_on)
+            return tested; // hooks may have linked
         if (self.inherits_from_at(position) != former) return step::refuse;
         self.exchange_base(*base, *former, position);
         return step::go_on;
@@ -164,9 +167,9 @@ struct replace_base_row : list_row {
     }
     bool settle() { return tell_changes(true); }
     bool post(object_impl& at) {
-        return at.run<post_replace_inherits_from_semantic>(
-                   [&](post_replace_inherits_from_semantic& h) { return h.do_it(&at, base, former); }) &&
-               run_value_hooks();
+        return at.run<post_replace_inherits_from_semantic>([&](post_replace_inherits_from_semantic& h) {
+            return h.do_it(&at, base, former);
+        }) && run_value_hooks();
     }
 };
 
@@ -176,9 +179,9 @@ struct order_base_row : list_row {
     std::size_t old_position = npos;
 
     bool pre(object_impl& at) {
-        return at.run<pre_set_inherits_from_order_semantic>(
-                   [&](pre_set_inherits_from_order_semantic& h) { return h.do_it(&at, base, position); }) &&
-               ask_about_values(self, list_change::move(impl_of(base), position));
+        return at.run<pre_set_inherits_from_order_semantic>([&](pre_set_inherits_from_order_semantic& h) {
+            return h.do_it(&at, base, position);
+        }) && ask_about_values(self, list_change::move(impl_of(base), position));
     }
     step change() {
         note_values();

@@ -62,11 +62,12 @@ foreseen_value foresee_replace(const object_impl& of, offers& bases, const offer
     return falls_back(bases, *(*of.bases())[at], now.source);
 }
 
-foreseen_value foresee_move(const object_impl& of, offers& bases, const offers::offer& now, const object_impl& base,
-                            std::size_t to) {
+foreseen_value foresee_move(const object_impl& of, offers& bases, const offers::offer& now,
+                            const object_impl& base, std::size_t to) {
     const std::size_t from = of.inherits_from_position(const_cast<object_impl*>(&base));
     if (from == npos || !now.source) return {};
-    if (now.position == from) return to > from ? set_from(bases.first(from, to, &base).source) : foreseen_value{};
+    if (now.position == from)
+        return to > from ? set_from(bases.first(from, to, &base).source) : foreseen_value{};
     // Kept: the place of the present giver is not looked at, so that hooks are asked also when it stays in front.
     return to < from ? set_from(bases.by(base)) : foreseen_value{};
 }
@@ -117,7 +118,8 @@ foreseen_value list_change::foresee(const object_impl& of, u32 id) const {
 }
 
 bool ask_about_values(object_impl& of, const list_change& change) {
-    if (!of.inheritor_links() && !of.has_hooks<pre_prop_set_semantic>() && !of.has_hooks<pre_prop_delete_semantic>())
+    if (!of.inheritor_links() && !of.has_hooks<pre_prop_set_semantic>() &&
+        !of.has_hooks<pre_prop_delete_semantic>())
         return true; // nobody to ask
     return std::ranges::all_of(property_ids_of(of), [&](u32 id) {
         if (!inherits_values_of(of, id)) return true;

@@ -32,7 +32,8 @@ std::size_t object_impl::inherits_from_list(std::vector<object*>& out) const {
 
 std::size_t object_impl::inherits_from_position(object* base) const {
     if (!inherits_from_) return npos;
-    const auto at = std::ranges::find(*inherits_from_, base, [](object_impl* each) -> object* { return each; });
+    const auto at =
+        std::ranges::find(*inherits_from_, base, [](object_impl* each) -> object* { return each; });
     return at == inherits_from_->end() ? npos : static_cast<std::size_t>(at - inherits_from_->begin());
 }
 

@@ -91,6 +91,11 @@ public:
     const message_history_impl& log() const { return history_; }
     meta_model_impl& types() { return instance_meta_model_; }
     u32 next_object_id() { return last_object_id_.next(); }
+    /// For a reader: the counters go on behind what a stream has used.
+    void restore_ids(u32 last_object, u32 last_udp) {
+        last_object_id_.set_last(last_object);
+        last_udp_id_.set_last(last_udp);
+    }
     id_map& objects_by_id() { return objects_by_id_; }
     object_pool& pool() { return pool_; }
     /// Keeps a value that left the graph in no message, so that it lives as long as the model.

@@ -47,6 +47,9 @@ meta_property* model_impl::add_user_defined_property(u32 type, const std::string
 bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_property* which, u32 attribute,
                                                      const abstract_property& value) {
     if (!type || !which) return false;
+    // A type that came late is met as the application's: what is recorded is this model's view of it.
+    if (instance_meta_model_.find_meta_object(type->id()) == type)
+        type = instance_meta_model_.own_or_proxy(type->id());
     auto before = clone(which->attribute_value(attribute).get());
     auto after = clone(&value);
     which->set_attribute_value(attribute, value);

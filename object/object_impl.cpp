@@ -15,6 +15,7 @@ object_impl::object_impl(u32 type, object_impl* owner, bool no_semantics, bool a
     : owner_object_(owner), model_(owner ? owner->model_ : nullptr), type_id_(type) {
     if (assign_id) object_id_ = type == type_id::model ? 1 : model_->next_object_id();
     if (!no_semantics) attach_semantics();
+    if (owner) ++owner->named_as_owner_; // last: when the ids are used up nobody names the owner
 }
 
 object_impl::~object_impl() = default;
@@ -146,12 +147,7 @@ void object_impl::unlink(bool whole_model) {
     }
     unlink_bases(whole_model);
     unlink_observers(whole_model);
-    if (!whole_model && children_)
-        children_->for_each([this](object_impl& child) {
-            if (child.owner_object_ != this) return;
-            child.owner_object_ = nullptr;
-            child.is_listed_ = false;
-        });
+    if (!whole_model && is_listed_ && owner_object_) owner_object_->take_child(*this);
 }
 
 // A reference that would dangle reads as null from then on.

@@ -179,10 +179,6 @@ public:
     const std::set<u32>* observer_ids() const { return observer_ids_.get(); }
     meta_object* meta() const;
     bool may_own(const object_impl& child) const;
-    /// \returns whether `child` stands among the children of this object
-    bool is_listed_here(const object_impl& child) const {
-        return child.is_listed_ && child.owner_object_ == this;
-    }
     /// \returns whether the list of children of some object holds this one
     bool is_listed() const { return is_listed_; }
     /// \returns whether `base` can be put into the list of bases: it is another object of this model that is not in
@@ -213,8 +209,7 @@ private:
 
     object_impl* owner_object_ = nullptr;
     model_impl* model_ = nullptr;
-    const semantic_table* semantic_table_ =
-        nullptr; // the merged table of the type, borrowed from its meta object
+    const semantic_table* semantic_table_ = nullptr; // merged, of the type, borrowed from its meta object
     u32 type_id_;
     u32 object_id_ = 0;
     u32 pool_place_ = 0;
@@ -222,7 +217,6 @@ private:
     u8 object_state_ = state::normal;
     bool is_listed_ = false;
     bool is_condemned_ = false; // goes with the last object that names it as its owner
-    bool is_listed_ = false;    // among the children of its owner
     value_store values_;
     // Made when first needed.
     std::unique_ptr<child_list> children_;

@@ -18,10 +18,19 @@ void object_pool::release(object_impl& what) {
     objects_.pop_back();
 }
 
+// An object may outlive its owner: it was taken out of the list before the owner was deleted, or a rollback keeps it.
+// As long as it does, the owner stays too, so that every question that leads upwards has an answer.
 void object_pool::destroy(object_impl& what) {
-    release(what);
-    what.unlink(false);
-    delete &what;
+    for (object_impl* at = &what; at;) {
+        at->unlink(false);
+        at->values_ = {};
+        at->is_condemned_ = at->named_as_owner_ != 0;
+        if (at->is_condemned_) return;
+        object_impl* const owner = at->owner_object_;
+        release(*at);
+        delete at;
+        at = owner && --owner->named_as_owner_ == 0 && owner->is_condemned_ ? owner : nullptr;
+    }
 }
 
 // All of them go: only what other models and observers hold of them has to be cut.

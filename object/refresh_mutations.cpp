@@ -19,7 +19,8 @@ struct mark_row : property_row {
     }
     step change() {
         noted = find_effective_value(self, id).take();
-        if (self.is_property_not_inheritable(id) == flag) return step::nothing_to_do; // a hook has been quicker
+        if (self.is_property_not_inheritable(id) == flag)
+            return step::nothing_to_do; // a hook has been quicker
         self.mark_not_inheritable(id, flag);
         return step::go_on;
     }
@@ -72,7 +73,8 @@ bool object_impl::set_property_not_inheritable(u32 id, bool flag) {
     return is_property_not_inheritable(id) == flag || mutate(mark_row{{*this, id}, flag});
 }
 
-bool object_impl::refresh_property(u32 id, const abstract_property* new_value, const abstract_property* old_value) {
+bool object_impl::refresh_property(u32 id, const abstract_property* new_value,
+                                   const abstract_property* old_value) {
     if (new_value) return mutate(refresh_set_row{{{*this, id}, old_value}, *new_value});
     return !old_value || mutate(refresh_delete_row{{{*this, id}, old_value}});
 }

@@ -88,7 +88,6 @@ object* framework_impl::create_object_transacted(u32 type, object* owner, initia
 bool framework_impl::delete_object_transacted(object* what) {
     kelm::model* const in = model_of(what);
     if (!in) return false;
-    if (what->type() == type_id::model) return delete_object(what); // no transaction outlives its model
     return in_transaction(
         *in, [&] { return "Delete " + type_name_in(*in, what->type()); }, [&] { return delete_object(what); });
 }

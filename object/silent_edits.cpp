@@ -107,19 +107,28 @@ child_list& object_impl::made_children() {
 
 void object_impl::insert_child(object& child, std::size_t position) {
     object_impl& what = *impl_of(&child);
-    if (what.is_listed_) return;
+    if (what.is_listed_) return; // here, or with another owner
     made_children().insert(what, position);
-    what.owner_object_ = this;
     what.is_listed_ = true;
+    what.set_owner_field(this);
 }
 
 void object_impl::take_child(object& child) {
-    if (children_ && children_->remove(*impl_of(&child)) != npos) impl_of(&child)->is_listed_ = false;
+    object_impl& what = *impl_of(&child);
+    if (children_ && what.is_listed_ && children_->remove(what) != npos) what.is_listed_ = false;
 }
 
 void object_impl::move_child(object& child, std::size_t position) {
     if (children_ && children_->remove(*impl_of(&child)) != npos)
         children_->insert(*impl_of(&child), position);
+}
+
+// A deleted owner stays counted when an object leaves it: the history that can take that back names it too.
+void object_impl::set_owner_field(object* owner) {
+    if (owner == owner_object_) return;
+    if (owner_object_ && !owner_object_->is_deleted()) --owner_object_->named_as_owner_;
+    owner_object_ = static_cast<object_impl*>(owner);
+    if (owner_object_) ++owner_object_->named_as_owner_;
 }
 
 } // namespace kelm

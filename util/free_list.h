@@ -14,7 +14,10 @@ namespace kelm {
 
 namespace free_list {
 
-inline constexpr std::size_t grain = 16;            ///< sizes are rounded up to it; it is also the alignment
+/// Sizes are rounded up to it.  A size that is then a multiple of `coarse` is aligned to that, and any other to the grain:
+/// no type needs more, since its size is a multiple of its alignment.
+inline constexpr std::size_t grain = 8;
+inline constexpr std::size_t coarse = 16;
 inline constexpr std::size_t largest = 256;         ///< what is larger goes to the global operator new
 inline constexpr std::size_t slab_size = 64 * 1024; ///< what is fetched at a time
 inline constexpr bool enabled = KELM_FREE_LISTS != 0;
@@ -41,7 +44,7 @@ void* take_fresh(std::size_t list);
 
 } // namespace free_list
 
-/// Memory for `size` bytes, aligned to 16.
+/// Memory for `size` bytes, aligned as a type of that size can need it.
 /// \throws std::bad_alloc
 [[nodiscard]] inline void* allocate_pooled(std::size_t size) {
     if constexpr (free_list::enabled) {
@@ -81,7 +84,7 @@ struct pooled {
 /// The same as an allocator, for the control blocks of shared pointers and the nodes of maps.
 template <class T>
 struct pool_allocator {
-    static_assert(alignof(T) <= free_list::grain, "the free lists align to 16 bytes");
+    static_assert(alignof(T) <= free_list::coarse, "the free lists align to no more");
 
     using value_type = T;
 

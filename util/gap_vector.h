@@ -30,11 +30,15 @@ public:
     const_iterator begin() const { return room_.begin() + offset(gap_); }
     const_iterator end() const { return room_.end(); }
 
-    void push_back(const T& element) { room_.push_back(element); }
+    void push_back(T element) {
+        make_room_behind();
+        room_.push_back(element);
+    }
 
     /// \param at  at most size()
-    void insert(std::size_t at, const T& element) {
+    void insert(std::size_t at, T element) {
         if (at >= size() / 2 && !(at == 0 && size() == 0 && gap_ != 0)) {
+            make_room_behind();
             room_.insert(room_.begin() + offset(gap_ + at), element);
             return;
         }
@@ -63,6 +67,13 @@ public:
 
 private:
     static std::ptrdiff_t offset(std::size_t n) { return static_cast<std::ptrdiff_t>(n); }
+
+    /// What is put in behind and taken out in front for ever needs no more room than what is there at one time.
+    void make_room_behind() {
+        if (room_.size() != room_.capacity() || gap_ <= size()) return;
+        room_.erase(room_.begin(), room_.begin() + offset(gap_));
+        gap_ = 0;
+    }
 
     void make_gap() {
         const std::size_t wanted = size() + 4;

@@ -205,6 +205,8 @@ TEST(values, keeps_the_uneven_comparison_of_doubles) {
         {"near zero with other signs", 1e-9, -1e-9, true},
         {"a is near zero, b is not: relative", 4.9999999e-8, 5.0000000e-8, true},
         {"b is near zero, a is not: absolute", 5.0000000e-8, 4.9999999e-8, false},
+        {"the quotient is of a by b: just inside", 1.0, 1 + 5.00000012e-8, true},
+        {"the same two the other way: just outside", 1 + 5.00000012e-8, 1.0, false},
         {"other signs", 1.0, -1.0, false},
         {"large, a little apart", 1e20, 1.00000001e20, true},
         {"large, farther apart", 1e20, 1.0000001e20, false},

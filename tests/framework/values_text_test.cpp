@@ -33,6 +33,7 @@ TEST(values_text, truth) {
     for (const char* yes : {"True", "TRUE", "true", "tRuE"}) EXPECT_TRUE(parsed<bool>(yes)) << yes;
     for (const char* no : {"", "False", "1", "yes", "True ", " True", "Tru", "Truee"})
         EXPECT_FALSE(parsed<bool>(no, true)) << no;
+    EXPECT_FALSE(parsed<bool>(std::string("True\0", 5), true)) << "a zero byte is a byte";
 }
 
 TEST(values_text, shorts) {

@@ -63,6 +63,32 @@ TEST_F(compositions_of_types, a_composition_with_a_name_has_its_own) {
     EXPECT_EQ(it->name(), "Index");
 }
 
+TEST_F(compositions_of_types, a_name_brings_a_definition_of_its_own_also_an_empty_one) {
+    meta_composition* const it = table.add_composition(201, "Field", "");
+    EXPECT_TRUE(it->remove_attribute(attribute_id::name));
+    EXPECT_EQ(it->definition(), "") << "that of the child type does not show";
+    EXPECT_TRUE(it->remove_attribute(attribute_id::definition));
+    EXPECT_EQ(it->definition(), "a field");
+}
+
+TEST_F(compositions_of_types, a_child_type_is_asked_behind_a_ladder_of_bases) {
+    std::vector<meta_composition*> rungs{table.add_composition(201)};
+    for (u32 i = 0; i != 40; ++i) {
+        meta_composition* const left = add_type(1000 + 3 * i).add_composition(201);
+        meta_composition* const right = add_type(1001 + 3 * i).add_composition(201);
+        meta_composition* const next = add_type(1002 + 3 * i).add_composition(201);
+        left->add_base(rungs.back());
+        right->add_base(rungs.back());
+        next->add_base(left);
+        next->add_base(right);
+        rungs.push_back(next);
+    }
+    EXPECT_EQ(text_of(*rungs.back(), attribute_id::internal), "none");
+    EXPECT_EQ(rungs.back()->name(), "Column");
+    rungs.front()->set_attribute_value(attribute_id::internal, property<bool>(true));
+    EXPECT_EQ(text_of(*rungs.back(), attribute_id::internal), "True");
+}
+
 TEST_F(compositions_of_types, what_a_base_composition_says_comes_before_the_child_type) {
     meta_composition* const above = table.add_composition(201, "Field", "");
     meta_object& view = add_type(202, "View");

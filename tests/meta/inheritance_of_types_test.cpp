@@ -257,6 +257,46 @@ TEST_F(inheritance_of_types, many_diamonds_are_asked_quickly) {
     EXPECT_FALSE(top->is_base_of(1000));
 }
 
+TEST_F(inheritance_of_types, many_diamonds_without_anything_to_inherit_are_read_quickly) {
+    meta_object* const first = &add_type(1000);
+    meta_object* top = first;
+    for (u32 i = 0; i != 40; ++i) {
+        meta_object& left = add_type_of(*top, 1001 + 3 * i);
+        meta_object& right = add_type_of(*top, 1002 + 3 * i);
+        meta_object& next = add_type_of(left, 1003 + 3 * i);
+        next.add_base_type(&right);
+        top = &next;
+    }
+    EXPECT_EQ(text_of(*top, attribute_id::internal), "none");
+    EXPECT_EQ(top->attributes().size(), 1U);
+    EXPECT_FALSE(top->has_property(1));
+    EXPECT_TRUE(top->compositions().empty());
+    EXPECT_FALSE(top->has_related_type(1));
+    EXPECT_EQ(top->find_semantic(1), nullptr);
+    first->set_attribute_value(attribute_id::internal, property<bool>(true));
+    EXPECT_EQ(text_of(*top, attribute_id::internal), "True");
+}
+
+TEST_F(inheritance_of_types, lists_that_were_empty_are_read_anew_after_a_change) {
+    meta_object& base = add_type(10);
+    meta_object& type = add_type_of(base, 11);
+    const auto sizes = [&] {
+        return ids{static_cast<u32>(type.properties().size()), static_cast<u32>(type.compositions().size()),
+                   static_cast<u32>(type.related_types().size())};
+    };
+    EXPECT_EQ(sizes(), (ids{0, 0, 0}));
+    type.add_property(1);
+    type.add_composition(10);
+    type.add_related_type(5);
+    EXPECT_EQ(sizes(), (ids{1, 1, 1}));
+    type.remove_base_type(&base);
+    base.add_property(2);
+    base.add_composition(11);
+    base.add_related_type(6);
+    type.add_base_type(&base);
+    EXPECT_EQ(sizes(), (ids{2, 2, 2}));
+}
+
 TEST_F(inheritance_of_types, a_base_added_twice_goes_with_its_second_removal) {
     meta_object& base = add_type(10);
     meta_object& derived = add_type_of(base, 11);

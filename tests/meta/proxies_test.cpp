@@ -160,6 +160,28 @@ TEST_F(proxies, compositions_keep_their_names_and_lead_to_the_types_of_the_model
     EXPECT_EQ(table.find_composition(31)->child_meta_object(), &column);
 }
 
+TEST_F(proxies, keeps_an_alternative_name_of_a_composition_from_showing_in_a_model) {
+    meta_model_impl instance(application);
+    for (const u32 child : {30U, 31U})
+        table.find_composition(child)->set_attribute_value(attribute_id::alternative_name,
+                                                           property<std::string>("Own"));
+    EXPECT_EQ(table.find_composition(30)->alternative_name(), "Own");
+    meta_object& shown = *instance.find_meta_object(11);
+    EXPECT_EQ(shown.find_composition(30)->alternative_name(), "Key") << "bases do not pass it on";
+    EXPECT_EQ(shown.find_composition(31)->alternative_name(), "Spalte") << "that of the child type";
+    EXPECT_EQ(shown.find_composition_by_alternative_name("Own"), nullptr);
+}
+
+TEST_F(proxies, versions_are_taken_when_an_instance_is_made) {
+    meta_model_impl instance(application);
+    application.set_version(8);
+    application.set_minor_version(4);
+    EXPECT_EQ(instance.version(), 7U);
+    EXPECT_EQ(instance.minor_version(), 3U);
+    instance.set_version(1);
+    EXPECT_EQ(application.version(), 8U);
+}
+
 TEST_F(proxies, has_composition_asks_the_application_and_find_composition_the_copies) {
     meta_model_impl instance(application);
     meta_object& shown = *instance.find_meta_object(11);

@@ -1,6 +1,7 @@
 // Hooks of types: registering, passing on, excluding, and how long a merged table lives.
 // What the hooks do is tested where they run.
 #include "support/meta_types.h"
+#include "tests/support/world.h"
 
 namespace kelm::test {
 
@@ -175,6 +176,18 @@ TEST_F(semantics_of_types, what_was_read_while_it_was_told_is_forgotten) {
     EXPECT_EQ(hears.told, 2) << "told before it was tried";
 }
 
+TEST_F(semantics_of_types, where_there_was_no_hook_a_later_one_is_found) {
+    meta_object& second = add_type(9);
+    EXPECT_EQ(merged(derived), nullptr);
+    EXPECT_TRUE(derived.add_semantic(new create_probe(1)));
+    EXPECT_EQ(hooks(derived, create), ids{1});
+    meta_object& other = add_type(8);
+    EXPECT_EQ(merged(other), nullptr);
+    EXPECT_TRUE(second.add_semantic(new create_probe(2)));
+    other.add_base_type(&second);
+    EXPECT_EQ(hooks(other, create), ids{2});
+}
+
 TEST_F(semantics_of_types, a_merged_table_is_made_once) {
     EXPECT_TRUE(base.add_semantic(new create_probe(1)));
     EXPECT_EQ(merged(derived), merged(derived));
@@ -193,15 +206,16 @@ TEST_F(semantics_of_types, an_old_table_stays_good_for_those_who_borrowed_it) {
 }
 
 TEST_F(semantics_of_types, the_process_answers_for_the_types_of_the_application) {
-    // The meta model of the process keeps what it is given: each run takes an id of its own.
-    u32 type = 48123;
-    while (kelm::application_meta_model().find_meta_object(type)) ++type;
-    EXPECT_EQ(application_semantics(type), nullptr) << "unknown";
-    meta_object& it = *kelm::application_meta_model().add_meta_object(type, "hooked", "", "");
-    EXPECT_EQ(application_semantics(type), nullptr) << "no hooks";
-    EXPECT_TRUE(it.add_semantic(new create_probe(1)));
-    ASSERT_NE(application_semantics(type), nullptr);
-    EXPECT_EQ(application_semantics(type)->find(1)->id(), 1U);
+    // Nothing is added to the meta model of the process: it keeps what it is given, for all other tests as well.
+    started_framework();
+    meta_object* const generic = kelm::application_meta_model().find_meta_object(type_id::generic_object);
+    ASSERT_NE(application_semantics(type_id::generic_object), nullptr);
+    EXPECT_EQ(application_semantics(type_id::generic_object), merged(*generic));
+    EXPECT_EQ(application_semantics(types::hooked),
+              merged(*kelm::application_meta_model().find_type(types::hooked)));
+    EXPECT_NE(application_semantics(types::hooked), application_semantics(types::thing));
+    EXPECT_EQ(application_semantics(type_id::library)->find(8)->id(), 8U);
+    EXPECT_EQ(application_semantics(48123), nullptr) << "unknown";
 }
 
 } // namespace

@@ -85,6 +85,23 @@ TEST_F(user_defined_properties, removing_a_type_without_the_property_is_refused)
     EXPECT_EQ(elements_of(definition_->get_property(property_id::udp_object_types)).size(), 2U);
 }
 
+TEST_F(user_defined_properties, removing_what_the_application_declared_is_refused) {
+    define("Colour", {column_type});
+    object* const column = make(column_type);
+    ASSERT_TRUE(set(column, colour_property, text("red")));
+    EXPECT_FALSE(change([&] { return definition_->delete_property(property_id::udp_object_types); }));
+    EXPECT_TRUE(type(column_type)->has_property(colour_property));
+    EXPECT_EQ(text_of(column->get_own_property(colour_property)), "red") << "taken back with the rest";
+}
+
+TEST_F(user_defined_properties, a_type_that_is_listed_twice_keeps_the_definition_from_losing_its_types) {
+    define("Owner", {table_type, table_type});
+    EXPECT_EQ(next_id(), first_id + 1) << "it was made once";
+    EXPECT_FALSE(change([&] { return definition_->delete_property(property_id::udp_object_types); }));
+    EXPECT_NE(made_on(table_type), nullptr);
+    EXPECT_TRUE(definition_->defines_property(property_id::udp_object_types));
+}
+
 TEST_F(user_defined_properties, a_value_that_may_not_be_deleted_keeps_the_property) {
     define("Owner", {stubborn_type});
     object* const stubborn = make(stubborn_type);
@@ -101,6 +118,10 @@ TEST_F(user_defined_properties, keeps_the_property_of_a_type_that_a_new_list_lea
     EXPECT_NE(made_on(table_type), nullptr);
     EXPECT_NE(made_on(column_type), nullptr);
     EXPECT_NE(made_on(derived_type), nullptr);
+    ASSERT_TRUE(set(property_id::udp_object_types, *ids({table_type})));
+    ASSERT_TRUE(change([&] { return definition_->delete_vector_element(property_id::udp_object_types, 0); }));
+    EXPECT_EQ(made_on(table_type), nullptr) << "what is listed goes";
+    EXPECT_NE(made_on(column_type), nullptr) << "and what is not, stays";
 }
 
 // The model's own operations

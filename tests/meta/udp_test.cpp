@@ -77,6 +77,23 @@ TEST_F(user_defined_properties, a_type_with_a_property_of_that_name_is_passed_ov
     EXPECT_NE(made_on(table_type), nullptr);
 }
 
+TEST_F(user_defined_properties, keeps_taking_a_property_of_that_name_for_its_own_when_a_name_is_given_last) {
+    ASSERT_TRUE(set(property_id::udp_object_types, *ids({column_type, table_type})));
+    ASSERT_TRUE(set(property_id::name, text("Colour")));
+    EXPECT_EQ(made_on(table_type), nullptr) << "one was found, so none was made";
+    EXPECT_EQ(stored_id(), 0U);
+}
+
+TEST_F(user_defined_properties, keeps_renaming_what_has_the_name_also_where_it_was_passed_over) {
+    define("Colour", {column_type, table_type});
+    meta_property* const declared = type(column_type)->find_property(colour_property);
+    ASSERT_TRUE(set(property_id::name, text("Shade")));
+    EXPECT_EQ(made_on(table_type)->name(), "Shade");
+    EXPECT_EQ(declared->name(), "Shade");
+    model_->undo();
+    EXPECT_EQ(declared->name(), "Colour") << "it is the application's, and other tests go on with it";
+}
+
 TEST_F(user_defined_properties, it_is_no_error_when_every_type_is_passed_over) {
     define("Colour", {column_type});
     EXPECT_EQ(stored_id(), 0U);

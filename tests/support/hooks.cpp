@@ -33,16 +33,17 @@ void note(hook_call& call, Number argument) {
     call.numbers.push_back(static_cast<std::size_t>(argument));
 }
 
-template <class Kind, class Base>
+template <class Kind, class Base, int Rank>
 class programmable;
 
-template <class Kind, int Number, class... Arguments>
-class programmable<Kind, semantic_of<Number, Arguments...>> final : public Kind {
+/// \tparam Rank  0 for the first hook of the kind, `second` for one more
+template <class Kind, int Number, class... Arguments, int Rank>
+class programmable<Kind, semantic_of<Number, Arguments...>, Rank> final : public Kind {
 public:
-    u32 id() const override { return 1000 + static_cast<u32>(Number); }
+    u32 id() const override { return 1000 + static_cast<u32>(Number + Rank); }
     bool do_it(Arguments... arguments) override {
         hook_call call;
-        call.kind = Number;
+        call.kind = Number + Rank;
         (note(call, arguments), ...);
         return hook_program::instance().call(call);
     }
@@ -51,10 +52,10 @@ public:
 template <int Number, class... Arguments>
 semantic_of<Number, Arguments...> base_of(const semantic_of<Number, Arguments...>&);
 
-template <class Kind>
+template <class Kind, int Rank = 0>
 void add_one(meta_object& type) {
     using base = decltype(base_of(std::declval<const Kind&>()));
-    type.add_semantic(new programmable<Kind, base>);
+    type.add_semantic(new programmable<Kind, base, Rank>);
 }
 
 template <class... Kinds>
@@ -79,12 +80,14 @@ void hook_program::clear() {
 
 bool hook_program::call(hook_call& what) {
     if (records_) {
+        records_ = false; // names are read through hooks as well
         log_ += std::to_string(what.kind);
         if (what.at) log_ += " " + (what.at->type() == type_id::model ? "model" : object_name(what.at));
         for (const object* other : what.others) log_ += " " + (other ? object_name(other) : "null");
         for (const std::size_t n : what.numbers) log_ += " " + std::to_string(n);
         for (const std::string& v : what.values) log_ += " '" + v + "'";
         log_ += "\n";
+        records_ = true;
     }
     const auto found = actions_.find(what.kind);
     if (found == actions_.end()) return true;
@@ -93,5 +96,10 @@ bool hook_program::call(hook_call& what) {
 }
 
 void add_programmable_hooks(meta_object& type) { add_all(type, all_semantics{}); }
+
+void add_second_hooks(meta_object& type) {
+    add_one<post_prop_get_semantic, second>(type);
+    add_one<post_prop_set_semantic, second>(type);
+}
 
 } // namespace kelm::test

@@ -60,4 +60,9 @@ private:
 /// Registers a programmable hook of each kind on a type.
 void add_programmable_hooks(meta_object& type);
 
+/// What the second hooks of a type are programmed and recorded as: the kind, and a hundred.
+inline constexpr int second = 100;
+/// Registers one more hook behind reads and one more behind setting a value.
+void add_second_hooks(meta_object& type);
+
 } // namespace kelm::test

@@ -44,6 +44,9 @@ public:
         add_all(*add(types::hooked_part, "Hooked Part", type_id::generic_object));
         add_programmable_hooks(*app->find_meta_object(types::hooked));
         add_programmable_hooks(*app->find_meta_object(types::hooked_part));
+        add_all(*add(types::hooked_twice, "Hooked Twice", type_id::generic_object));
+        add_programmable_hooks(*app->find_meta_object(types::hooked_twice));
+        add_second_hooks(*app->find_meta_object(types::hooked_twice));
         for (const u32 owner : {type_id::model, types::thing, types::part, types::other, types::hooked})
             for (const u32 child : {types::thing, types::part, types::other, types::hooked})
                 app->find_meta_object(owner)->add_composition(child);

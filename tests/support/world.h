@@ -23,6 +23,7 @@ inline constexpr u32 special_thing = 103; ///< derived from thing
 inline constexpr u32 abstract = 104;      ///< generic
 inline constexpr u32 hooked = 110;        ///< has a programmable hook of each kind
 inline constexpr u32 hooked_part = 111;   ///< the same, for children and inheritors of another type
+inline constexpr u32 hooked_twice = 112;  ///< the same, with second hooks behind reading and setting a value
 } // namespace types
 
 /// Properties of thing, part and hooked; `other` has only name, definition, text and reference.
