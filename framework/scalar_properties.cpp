@@ -114,8 +114,8 @@ struct value_rules<long long> : apart_from_other_kinds {
 
 template <>
 struct value_rules<double> : apart_from_other_kinds {
-    // Kept: relative where b is not near zero, absolute where it is.  So a just below the tolerance may equal b just
-    // above it while b does not equal a, and a number that is none equals nothing.
+    // Kept: relative where b is not near zero, absolute where it is.  So a just below the tolerance may equal b
+    // just above it while b does not equal a, and a number that is none equals nothing.
     static bool same(double a, double b) {
         constexpr double tolerance = 5e-8;
         if (std::abs(b) < tolerance) return std::abs(a) < tolerance;

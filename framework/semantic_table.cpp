@@ -26,7 +26,8 @@ bool semantic_table::add(const shared_ptr<semantic>& hook) {
     if (kind < 0 || kind >= all_semantics::size || !number_tells_class(*hook, all_semantics{})) return false;
     auto& list = lists_[static_cast<std::size_t>(kind)];
     const u32 id = hook->id();
-    if (list && std::ranges::any_of(*list, [&](const auto& there) { return there->id() == id; })) return false;
+    if (list && std::ranges::any_of(*list, [&](const auto& there) { return there->id() == id; }))
+        return false;
     if (!list) list = std::make_unique<hooks>();
     list->push_back(hook);
     if (kind == post_prop_get_semantic::kind)

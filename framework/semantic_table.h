@@ -25,7 +25,8 @@ public:
 
     /// \returns the list of a kind; null when it has none, or is not 0 to 44
     const hooks* of(int kind) const {
-        return kind >= 0 && kind < all_semantics::size ? lists_[static_cast<std::size_t>(kind)].get() : nullptr;
+        return kind >= 0 && kind < all_semantics::size ? lists_[static_cast<std::size_t>(kind)].get()
+                                                       : nullptr;
     }
     template <class Hook>
     const hooks* of() const {

@@ -20,7 +20,7 @@ void message_history_impl::rollback(bool all) {
 }
 
 void message_history_impl::rollback_last() {
-    if (!last_top_level_end()) return;
+    if (is_walking() || !last_top_level_end()) return;
     const in_use guard{*this};
     const scoped_mark mark{rolling_back_};
     std::unique_ptr<message_impl> begin = undo_back_to(0);
@@ -39,14 +39,16 @@ std::unique_ptr<message_impl> message_history_impl::undo_back_to(u32 level) {
             static_cast<tran_begin_message_impl&>(*gone).level() == level)
             return gone;
         // The code that is rolling back may still hold what it has just made.
-        if (gone->type() == message_type::obj_create) static_cast<obj_create_message_impl&>(*gone).keep_object();
+        if (gone->type() == message_type::obj_create)
+            static_cast<obj_create_message_impl&>(*gone).keep_object();
         drop(std::move(gone));
     }
     return nullptr;
 }
 
 void message_history_impl::tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed) {
-    tran_rollback_message_impl told{&model_object_, static_cast<tran_begin_message_impl*>(begin.get()), was_closed};
+    tran_rollback_message_impl told{&model_object_, static_cast<tran_begin_message_impl*>(begin.get()),
+                                    was_closed};
     model_object_.as_subject().notify(&told);
     current_level_ = -1;
     --trans_executed_;

@@ -22,7 +22,7 @@ bool message_history_impl::can_redo() const {
 }
 
 message* message_history_impl::undo() {
-    if (!can_undo()) return nullptr;
+    if (is_walking() || !can_undo()) return nullptr;
     const in_use guard{*this};
     message_impl* const stop = last_top_level_end()->partner();
     {
@@ -42,9 +42,10 @@ message* message_history_impl::undo() {
 }
 
 message* message_history_impl::redo() {
-    if (!can_redo()) return nullptr;
+    if (is_walking() || !can_redo()) return nullptr;
     const in_use guard{*this};
-    message_impl* const stop = static_cast<tran_begin_message_impl*>(undone_messages_.back().get())->partner();
+    message_impl* const stop =
+        static_cast<tran_begin_message_impl*>(undone_messages_.back().get())->partner();
     {
         const scoped_mark mark{redoing_};
         ++trans_executed_;

@@ -3,18 +3,19 @@
 #include "message/message_history_impl.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace kelm {
 
 namespace {
 
 tran_begin_message_impl* as_begin(message_impl* what) {
-    return what && what->type() == message_type::tran_begin ? static_cast<tran_begin_message_impl*>(what) : nullptr;
+    return what && what->type() == message_type::tran_begin ? static_cast<tran_begin_message_impl*>(what)
+                                                            : nullptr;
 }
 
 tran_end_message_impl* as_end(message_impl* what) {
-    return what && what->type() == message_type::tran_end ? static_cast<tran_end_message_impl*>(what) : nullptr;
+    return what && what->type() == message_type::tran_end ? static_cast<tran_end_message_impl*>(what)
+                                                          : nullptr;
 }
 
 constexpr std::size_t ordinary_undo_size = 10000;
@@ -76,11 +77,11 @@ bool message_history_impl::close_empty_transaction(std::unique_ptr<message_impl>
 bool message_history_impl::close_level(tran_end_message_impl& end) {
     end.set_level(static_cast<u32>(current_level_));
     --current_level_;
-    const auto open = std::ranges::find_if(messages_ | std::views::reverse, [](const auto& m) {
+    const auto open = std::find_if(messages_.rbegin(), messages_.rend(), [](const auto& m) {
         const auto* const begin = as_begin(m.get());
         return begin && !begin->partner();
     });
-    if (open == std::ranges::rend(messages_)) return false;
+    if (open == messages_.rend()) return false;
     auto& begin = *as_begin(open->get());
     begin.set_partner(&end);
     end.set_partner(&begin);
@@ -118,8 +119,8 @@ void message_history_impl::empty_graveyard() {
 }
 
 std::unique_ptr<message_impl> message_history_impl::take_out(messages& from, const message_impl* what) {
-    const auto at = std::ranges::find(from | std::views::reverse, what, &std::unique_ptr<message_impl>::get);
-    if (at == std::ranges::rend(from)) return nullptr;
+    const auto at = std::find_if(from.rbegin(), from.rend(), [&](const auto& m) { return m.get() == what; });
+    if (at == from.rend()) return nullptr;
     const auto place = std::prev(at.base());
     std::unique_ptr<message_impl> out = std::move(*place);
     from.erase(place);
@@ -158,13 +159,19 @@ void message_history_impl::set_undo_levels(int n) {
     if (limit != -1 && before > limit) prune();
 }
 
+bool message_history_impl::holds(const message_impl& what) const {
+    const auto is_it = [&](const auto& m) { return m.get() == &what; };
+    return std::any_of(messages_.rbegin(), messages_.rend(), is_it) ||
+           std::any_of(undone_messages_.begin(), undone_messages_.end(), is_it);
+}
+
 tran_end_message_impl* message_history_impl::last_top_level_end() const {
     auto* const end = as_end(last());
     return end && end->level() == 0 ? end : nullptr;
 }
 
 bool message_history_impl::in_transaction() const {
-    if (messages_.empty() || undoing_ || redoing_ || rolling_back_) return false;
+    if (messages_.empty() || is_walking()) return false;
     return !last_top_level_end();
 }
 

@@ -45,6 +45,8 @@ public:
 
     const messages& done() const { return messages_; }
     const messages& undone() const { return undone_messages_; }
+    /// \returns whether the log still has a message that may have been dropped meanwhile
+    bool holds(const message_impl& what) const;
     message_impl* last() const { return messages_.empty() ? nullptr : messages_.back().get(); }
     /// \returns the end of a top-level transaction when that is the newest message, else null
     tran_end_message_impl* last_top_level_end() const;
@@ -54,6 +56,8 @@ public:
     bool is_rolling_back() const { return rolling_back_; }
     /// \returns whether the newest message is in no closed top-level transaction and no walk is under way
     bool in_transaction() const;
+    /// \returns whether undo, redo or a rollback is under way: none of them runs inside another
+    bool is_walking() const { return undoing_ || redoing_ || rolling_back_; }
     /// \returns whether a level is open that a rollback can take back
     bool transaction_open() const { return current_level_ >= 0 && in_transaction(); }
 

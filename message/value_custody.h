@@ -15,18 +15,18 @@ class value_custody {
 public:
     value_custody() = default;
     explicit value_custody(std::unique_ptr<abstract_property> held) { take_back(std::move(held)); }
-    explicit value_custody(abstract_property* lent) : bits_(reinterpret_cast<std::uintptr_t>(lent)) {}
+    explicit value_custody(abstract_property* lent) : tagged_(reinterpret_cast<char*>(lent)) {}
     value_custody(const value_custody&) = delete;
     value_custody& operator=(const value_custody&) = delete;
     ~value_custody() { release(); }
 
-    abstract_property* get() const { return reinterpret_cast<abstract_property*>(bits_ & ~held_bit); }
-    bool holds() const { return (bits_ & held_bit) != 0; }
+    abstract_property* get() const { return reinterpret_cast<abstract_property*>(tagged_ - (holds() ? 1 : 0)); }
+    bool holds() const { return (reinterpret_cast<std::uintptr_t>(tagged_) & 1) != 0; }
 
     /// Gives the value to the object; it stays known here.  \returns null when it is not held
     [[nodiscard]] std::unique_ptr<abstract_property> hand_over() {
         if (!holds()) return nullptr;
-        bits_ &= ~held_bit;
+        --tagged_;
         return std::unique_ptr<abstract_property>{get()};
     }
     /// Takes what left the object.  It is that very value from now on, whatever was known before, so that each box
@@ -34,20 +34,19 @@ public:
     void take_back(std::unique_ptr<abstract_property> left) {
         release();
         const bool some = left != nullptr;
-        bits_ = reinterpret_cast<std::uintptr_t>(left.release()) | (some ? held_bit : 0);
+        tagged_ = reinterpret_cast<char*>(left.release()) + (some ? 1 : 0);
     }
     /// Frees a held value.
     void release() {
         if (holds()) {
             delete get();
-            bits_ = 0;
+            tagged_ = nullptr;
         }
     }
 
 private:
     static_assert(alignof(abstract_property) >= 2, "the lowest bit of a box's address is free");
-    static constexpr std::uintptr_t held_bit = 1;
-    std::uintptr_t bits_ = 0;
+    char* tagged_ = nullptr; // one beyond the box's address while it is held
 };
 
 } // namespace kelm

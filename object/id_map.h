@@ -30,11 +30,16 @@ public:
     /// Calls `visit(id, object)` in ascending order; the map may change meanwhile, save for new ids.
     template <class Visit>
     void for_each(Visit&& visit) const {
-        for (std::size_t top = 0; top != root_.size(); ++top)
-            for (std::size_t mid = 0; root_[top] && mid != 1024; ++mid)
-                for (std::size_t low = 0; (*root_[top])[mid] && low != 1024; ++low)
-                    if (object_impl* const there = (*root_[top])[mid]->objects[low])
+        std::size_t left = size_; // most models are small: behind the last id there is nothing to look at
+        for (std::size_t top = 0; left != 0 && top != root_.size(); ++top)
+            for (std::size_t mid = 0; root_[top] && left != 0 && mid != 1024; ++mid) {
+                const leaf* const ids = (*root_[top])[mid].get();
+                for (std::size_t low = 0; ids && left != 0 && low != 1024; ++low)
+                    if (object_impl* const there = ids->objects[low]) {
+                        --left;
                         visit(static_cast<u32>(top << 20 | mid << 10 | low), there);
+                    }
+            }
     }
 
 private:

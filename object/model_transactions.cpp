@@ -12,7 +12,7 @@ tran_begin_message* model_impl::begin_transaction(const std::string& name) {
     tran_begin_message_impl& begin = *made;
     if (!history_.add_message(std::move(made))) return nullptr;
     if (begin.level() == 0 && !notify(&begin)) return nullptr; // it is open all the same
-    return &begin;
+    return history_.holds(begin) ? &begin : nullptr;           // an observer may have rolled it back
 }
 
 tran_end_message* model_impl::end_transaction() {
@@ -20,10 +20,11 @@ tran_end_message* model_impl::end_transaction() {
     auto made = std::make_unique<tran_end_message_impl>(this);
     tran_end_message_impl& end = *made;
     if (!history_.add_message(std::move(made))) return nullptr;
-    if (end.level() != 0) return &end;
+    const auto as_told = [&] { return history_.holds(end) ? &end : nullptr; }; // or forgotten the history
+    if (end.level() != 0) return as_told();
     const bool passed = run<post_end_transaction_semantic>(
         [&](post_end_transaction_semantic& h) { return h.do_it(static_cast<kelm::model*>(this)); });
-    if (passed) return &end;
+    if (passed) return as_told();
     undo();
     return nullptr;
 }

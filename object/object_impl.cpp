@@ -170,9 +170,11 @@ void object_impl::unlink_observers(bool whole_model) {
     }
     for (subject* const watched : observer_impl::subjects()) {
         auto* const thing = dynamic_cast<object_impl*>(watched);
-        if (thing && !is_elsewhere(*thing, whole_model)) continue;
-        if (thing && thing->observer_ids_) thing->observer_ids_->erase(object_id_);
-        thing ? thing->subject_impl::detach(this) : watched->detach(this);
+        if (!thing) {
+            watched->detach(this);
+        } else if (is_elsewhere(*thing, whole_model)) {
+            thing->detach_silently(*this, object_id_);
+        }
     }
 }
 

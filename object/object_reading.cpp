@@ -47,7 +47,8 @@ bool object_impl::get_property_as_string(u32 id, std::string& out, value_ptr* va
     const value_ptr shared = share(found.take());
     if (value) *value = shared;
     return ask_hooks<post_prop_get_as_string_semantic>(
-        semantic_table_, [&](post_prop_get_as_string_semantic& h) { return h.do_it(face_for_hooks(), id, out, shared); });
+        semantic_table_,
+        [&](post_prop_get_as_string_semantic& h) { return h.do_it(face_for_hooks(), id, out, shared); });
 }
 
 value_ptr object_impl::get_own_property(u32 id) const { return shared_clone(values_.find(id)); }

@@ -22,7 +22,9 @@ auto in_transaction(kelm::model& in, Name name, Work work) {
     return result;
 }
 
-std::string property_name_of(const object& what, u32 id) { return property_name(what.type(), id, what.model()); }
+std::string property_name_of(const object& what, u32 id) {
+    return property_name(what.type(), id, what.model());
+}
 
 std::string type_name_in(kelm::model& in, u32 type) {
     const meta_object* const meta = in.meta_model()->find_meta_object(type);
@@ -89,7 +91,8 @@ bool framework_impl::delete_object_transacted(object* what) {
     kelm::model* const in = model_of(what);
     if (!in) return false;
     return in_transaction(
-        *in, [&] { return "Delete " + type_name_in(*in, what->type()); }, [&] { return delete_object(what); });
+        *in, [&] { return "Delete " + type_name_in(*in, what->type()); },
+        [&] { return delete_object(what); });
 }
 
 } // namespace kelm

@@ -11,7 +11,7 @@ namespace {
 
 struct set_property_row : property_row {
     const abstract_property& value;
-    std::unique_ptr<abstract_property> old{};      // until the message takes it over
+    std::unique_ptr<abstract_property> old{}; // until the message takes it over
     const abstract_property* old_for_hooks = nullptr;
     abstract_property* stored = nullptr;
     object_impl* source = nullptr;

@@ -33,7 +33,8 @@ struct insert_element_row : property_row {
 
     std::unique_ptr<message_impl> message() {
         if (left_out)
-            return std::make_unique<property_insert_vec_prop_message_impl>(&self, std::move(left_out), id, position);
+            return std::make_unique<property_insert_vec_prop_message_impl>(&self, std::move(left_out), id,
+                                                                           position);
         return std::make_unique<property_insert_vec_prop_message_impl>(&self, stored, id, position);
     }
 
@@ -96,7 +97,8 @@ struct set_element_row : property_row {
     }
 
     std::unique_ptr<message_impl> message() {
-        return std::make_unique<property_set_vec_prop_message_impl>(&self, std::move(taken), stored, id, position);
+        return std::make_unique<property_set_vec_prop_message_impl>(&self, std::move(taken), stored, id,
+                                                                    position);
     }
 
     bool post(object_impl& at) {
@@ -114,7 +116,9 @@ struct move_element_row : property_row {
 
     bool pre(object_impl& at) {
         return at.run<pre_prop_change_vecprop_elem_order_semantic>(
-            [&](pre_prop_change_vecprop_elem_order_semantic& h) { return h.do_it(&at, id, from, to, &self); });
+            [&](pre_prop_change_vecprop_elem_order_semantic& h) {
+                return h.do_it(&at, id, from, to, &self);
+            });
     }
 
     step change() {
@@ -138,7 +142,9 @@ struct move_element_row : property_row {
 
     bool post(object_impl& at) {
         return at.run<post_prop_change_vecprop_elem_order_semantic>(
-            [&](post_prop_change_vecprop_elem_order_semantic& h) { return h.do_it(&at, id, from, to, &self); });
+            [&](post_prop_change_vecprop_elem_order_semantic& h) {
+                return h.do_it(&at, id, from, to, &self);
+            });
     }
 };
 

@@ -14,12 +14,12 @@ namespace kelm {
 
 namespace free_list {
 
-/// Sizes are rounded up to it.  A size that is then a multiple of `coarse` is aligned to that, and any other to the grain:
-/// no type needs more, since its size is a multiple of its alignment.
+/// Sizes are rounded up to it.  A size that is then a multiple of `coarse` is aligned to that, and any other to
+/// the grain: no type needs more, since its size is a multiple of its alignment.
 inline constexpr std::size_t grain = 8;
 inline constexpr std::size_t coarse = 16;
 inline constexpr std::size_t largest = 256;         ///< what is larger goes to the global operator new
-inline constexpr std::size_t slab_size = 64 * 1024; ///< what is fetched at a time
+inline constexpr std::size_t slab_size = std::size_t{64} * 1024; ///< what is fetched at a time
 inline constexpr bool enabled = KELM_FREE_LISTS != 0;
 
 struct block {

@@ -57,7 +57,7 @@ TEST_F(short_forms, inside_an_open_transaction_they_join_it) {
     for (const form& each : all_forms()) EXPECT_TRUE(each.run()) << each.name;
     end();
     EXPECT_EQ(names(), "outer\n");
-    EXPECT_EQ(message_types().find('1', 1), message_types().find("10")) << "no second begin";
+    EXPECT_EQ(message_types().find(" 1 "), std::string::npos) << "no second begin";
 }
 
 TEST_F(short_forms, behind_a_change_outside_any_transaction_they_open_their_own) {
@@ -147,20 +147,6 @@ TEST_F(short_forms, an_unknown_property_or_type_leaves_its_place_in_the_name_emp
     EXPECT_EQ(fw.create_object_transacted(77777, root, nullptr), nullptr);
     EXPECT_EQ(ear.take().substr(0, 36), "1 first  Begin Transaction - Create ");
     EXPECT_EQ(names(), "Change Hooked \n");
-}
-
-TEST_F(short_forms, one_in_an_observer_of_undo_opens_its_own) {
-    fw.set_property_transacted(a, props::text, text("x"));
-    recorder ear;
-    ear.watch(a);
-    bool asked = false;
-    ear.meanwhile = [&](message*) {
-        EXPECT_FALSE(model->in_transaction());
-        EXPECT_TRUE(model->is_undoing());
-        asked = true;
-    };
-    model->undo();
-    EXPECT_TRUE(asked);
 }
 
 TEST_F(short_forms, closing_a_model_is_begun_as_a_transaction_that_goes_with_it) {

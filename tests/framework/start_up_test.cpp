@@ -24,7 +24,8 @@ public:
 
     void define_data_types() override {
         const value_ptr integer{fw().create_value(data_type::integer)};
-        std::cerr << "types:" << (integer != nullptr) << (fw().find_meta_attribute(attribute_id::name) != nullptr)
+        std::cerr << "types:" << (integer != nullptr)
+                  << (fw().find_meta_attribute(attribute_id::name) != nullptr)
                   << (types()->find_meta_object(type_id::user_defined_property) != nullptr) << ' ';
     }
     void define_meta_attributes() override {
@@ -79,8 +80,9 @@ TEST_F(start_up, before_it_nothing_can_be_made) {
     EXPECT_EXIT(alone([] {
                     std::cerr << fw().models().size() << (new_model() == nullptr)
                               << (fw().instantiate_object(type_id::model, nullptr, true) == nullptr)
-                              << fw().models().size() << (fw().xml_handler() == nullptr) << fw().logging_enabled()
-                              << fw().in_semantic() << ' ' << fw().application_meta_model()->name();
+                              << fw().models().size() << (fw().xml_handler() == nullptr)
+                              << fw().logging_enabled() << fw().in_semantic() << ' '
+                              << fw().application_meta_model()->name();
                 }),
                 testing::ExitedWithCode(0), "^0110100 Application Meta Model");
 }
@@ -127,8 +129,8 @@ TEST_F(start_up, a_row_of_an_attribute_that_is_replaced_stays_readable) {
                     const property<std::string> standard{"standard"};
                     fw().add_meta_attribute_with_default(900, "Another", standard, false);
                     std::cerr << former->name() << ',' << fw().find_meta_attribute(900)->name() << ','
-                              << (former != fw().find_meta_attribute(900)) << (fw().find_meta_attribute(901) != nullptr)
-                              << ' ';
+                              << (former != fw().find_meta_attribute(900))
+                              << (fw().find_meta_attribute(901) != nullptr) << ' ';
                     fw().add_meta_attribute(7, "Seven", true);
                     std::vector<u32> ids{5};
                     fw().meta_attribute_ids(ids);
@@ -162,7 +164,8 @@ TEST_F(start_up, the_framework_keeps_one_clone_of_the_xml_handler) {
                     }
                     std::cerr << alive;
                     fw().set_xml_handler(*fw().xml_handler()); // its own
-                    std::cerr << alive << " clone " << static_cast<counted_handler*>(fw().xml_handler())->generation();
+                    std::cerr << alive << " clone "
+                              << static_cast<counted_handler*>(fw().xml_handler())->generation();
                 }),
                 testing::ExitedWithCode(0), "^2211 clone 2");
 }
@@ -219,7 +222,8 @@ public:
 TEST_F(start_up, a_model_that_never_agrees_is_closed_all_the_same) {
     EXPECT_EXIT(alone([] {
                     start();
-                    meta_object* const model = fw().application_meta_model()->find_meta_object(type_id::model);
+                    meta_object* const model =
+                        fw().application_meta_model()->find_meta_object(type_id::model);
                     model->add_semantic(new stubborn);
                     object* const root = new_model();
                     farewell ear;

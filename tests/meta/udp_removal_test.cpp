@@ -2,6 +2,11 @@
 // Making them is udp_test.cpp.
 #include "meta/udp_world.h"
 
+#include <kelm/message.h>
+#include <kelm/structure_messages.h>
+#include <kelm/transaction.h>
+
+#include <cstdlib>
 #include <stdexcept>
 
 namespace {
@@ -144,6 +149,31 @@ TEST_F(user_defined_properties, the_model_refuses_what_cannot_be) {
     EXPECT_EQ(next_id(), first_id + 1) << "a refusal takes no id";
 }
 
+// In processes of their own, as a type that the application is given stays with it.
+TEST_F(user_defined_properties, changes_of_a_type_that_came_late_go_to_the_models_view_of_it) {
+    constexpr u32 late_type = 41998;
+    const auto come_late = [] {
+        return framework::instance().application_meta_model()->add_meta_object(late_type, "Late", "", "");
+    };
+    const auto adding_stays_in_the_model = [&] {
+        meta_object* const late = come_late();
+        return type(late_type) == late &&
+               model_->add_user_defined_property(late_type, "Owner", data_type::string, "", 0) &&
+               made_on(late_type) && !late->has_property("Owner");
+    };
+    const auto setting_is_recorded_of_the_view = [&] {
+        meta_object* const late = come_late();
+        meta_property* const colour = late->add_property(colour_property);
+        if (!model_->set_user_defined_property_attribute(late, colour, 7, text("x"))) return false;
+        auto* const said =
+            message_cast<udp_set_attribute_value_message>(model_->message_at(model_->message_count() - 1));
+        return said && said->owner_meta_type() == type(late_type) && said->owner_meta_type() != late;
+    };
+    EXPECT_EXIT(std::_Exit(adding_stays_in_the_model() ? 0 : 1), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::_Exit(setting_is_recorded_of_the_view() ? 0 : 1), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(type(late_type), nullptr);
+}
+
 TEST_F(user_defined_properties, a_fixed_id_leaves_the_counter_alone) {
     const meta_property* const made =
         model_->add_user_defined_property(table_type, "Fixed", data_type::string, "", 60000);
@@ -170,6 +200,15 @@ TEST_F(user_defined_properties, the_last_id_is_65534_and_fixed_ids_go_on) {
         }
     }
     EXPECT_FALSE(type(table_type)->has_property("One too many"));
+    ASSERT_TRUE(set(property_id::name, text("One too many")));
+    const auto complete = [&] {
+        transaction_object guard(model_, "Complete");
+        definition_->set_property(property_id::udp_object_types, *ids({table_type}));
+    };
+    EXPECT_THROW(complete(), std::runtime_error);
+    EXPECT_FALSE(type(table_type)->has_property("One too many"));
+    EXPECT_FALSE(definition_->defines_property(property_id::udp_object_types))
+        << "the change did not take place";
     EXPECT_NE(model_->add_user_defined_property(table_type, "Fixed", data_type::string, "", 60000), nullptr);
 }
 

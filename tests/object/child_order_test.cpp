@@ -62,10 +62,11 @@ TEST_F(child_order_test, is_told_in_full_both_ways) {
     EXPECT_EQ(said->old_pos(), 0u);
     model->undo();
     model->redo();
-    EXPECT_EQ(heard.take(),
-              "17 first Order Child - object: Part owner.a of Hooked owner: new position 2, old position: 0\n"
-              "17 again Order Child - object: Part owner.a of Hooked owner: new position 0, old position: 2\n"
-              "17 again Order Child - object: Part owner.a of Hooked owner: new position 2, old position: 0\n");
+    EXPECT_EQ(
+        heard.take(),
+        "17 first Order Child - object: Part owner.a of Hooked owner: new position 2, old position: 0\n"
+        "17 again Order Child - object: Part owner.a of Hooked owner: new position 0, old position: 2\n"
+        "17 again Order Child - object: Part owner.a of Hooked owner: new position 2, old position: 0\n");
 }
 
 TEST_F(child_order_test, past_the_end_takes_the_child_out_and_says_nothing) {
@@ -100,8 +101,9 @@ TEST_F(child_order_test, puts_in_a_child_that_was_taken_out) {
     EXPECT_TRUE(owner->set_child_position(b, 2)); // the length of the run, and its old position as well
     end();
     EXPECT_EQ(names_of(owner->children()), "z a c b");
-    EXPECT_EQ(heard.take(),
-              "17 first Order Child - object: Part owner.b of Hooked owner: new position 2, old position: 2\n");
+    EXPECT_EQ(
+        heard.take(),
+        "17 first Order Child - object: Part owner.b of Hooked owner: new position 2, old position: 2\n");
     owner->remove_child(b);
     model->clear_history();
     begin();

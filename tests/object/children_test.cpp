@@ -143,9 +143,10 @@ TEST_F(children_test, that_cannot_be_owned_are_refused) {
         object* owner;
         object* child;
     };
-    for (const row& r : {row{"null", owner, nullptr}, row{"itself", owner, owner}, row{"its owner", below, owner},
-                         row{"the model", owner, root}, row{"an object of another model", owner, foreign},
-                         row{"a child of another owner", owner, elsewhere}}) {
+    for (const row& r :
+         {row{"null", owner, nullptr}, row{"itself", owner, owner}, row{"its owner", below, owner},
+          row{"the model", owner, root}, row{"an object of another model", owner, foreign},
+          row{"a child of another owner", owner, elsewhere}}) {
         SCOPED_TRACE(r.why);
         const std::string before = dump();
         begin();
@@ -213,8 +214,8 @@ TEST_F(children_test, hooks_that_refuse_have_the_open_level_rolled_back) {
     const std::function<bool()> remove = [&] { return owner->remove_child(first); };
     const std::function<bool()> order = [&] { return owner->set_child_position(first, 1); };
     const std::function<bool()> move = [&] { return moving->set_owner(place); };
-    for (const row& r : {row{21, add}, row{22, add}, row{23, remove}, row{24, remove}, row{25, order}, row{26, order},
-                         row{39, move}, row{40, move}}) {
+    for (const row& r : {row{21, add}, row{22, add}, row{23, remove}, row{24, remove}, row{25, order},
+                         row{26, order}, row{39, move}, row{40, move}}) {
         SCOPED_TRACE(r.kind);
         hooks.refuse(r.kind);
         const std::string before = dump();
@@ -323,7 +324,8 @@ TEST_F(children_test, of_a_deleted_object_change_only_where_no_hook_asks) {
         EXPECT_TRUE(owner->remove_child(child));
         EXPECT_EQ(message_types(from), r.messages);
         // An object that never had children is not even asked when one is removed.
-        EXPECT_EQ(lines, r.type == types::thing ? "" : "21 none child\n25 none child 0\n"); // the name is gone
+        EXPECT_EQ(lines,
+                  r.type == types::thing ? "" : "21 none child\n25 none child 0\n"); // the name is gone
         hooks.clear();
     }
 }

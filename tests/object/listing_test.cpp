@@ -93,7 +93,8 @@ TEST_F(listing_test, takes_the_runs_of_several_types_in_the_order_of_the_filter)
     EXPECT_EQ(own_names(owner->children(&several)), "e a b e"); // a type listed twice comes twice
     obj_filter_types derived{{types::thing}, true};
     EXPECT_EQ(own_names(owner->children(&derived)), "c");
-    EXPECT_EQ(owner->child_count(&derived), 2u); // Kept: counting asks the filter, and d is derived from thing
+    EXPECT_EQ(owner->child_count(&derived),
+              2u); // Kept: counting asks the filter, and d is derived from thing
     EXPECT_EQ(owner->child_count(&several), 3u);
 }
 

@@ -111,8 +111,10 @@ TEST_F(models, ids_of_user_defined_properties_run_out) {
 }
 
 TEST_F(models, the_first_user_defined_property_gets_50001_unless_it_brings_its_id) {
-    EXPECT_EQ(model->add_user_defined_property(types::thing, "own", data_type::string, "", 51234)->id(), 51234u);
-    EXPECT_EQ(model->add_user_defined_property(types::thing, "given", data_type::string, "", 0)->id(), 50001u);
+    EXPECT_EQ(model->add_user_defined_property(types::thing, "own", data_type::string, "", 51234)->id(),
+              51234u);
+    EXPECT_EQ(model->add_user_defined_property(types::thing, "given", data_type::string, "", 0)->id(),
+              50001u);
 }
 
 TEST_F(models, transaction_ids_run_out) {

@@ -102,7 +102,8 @@ TEST_F(owner_test, runs_the_hooks_of_all_three) {
     begin();
     EXPECT_TRUE(moved->set_owner(to));
     end();
-    EXPECT_EQ(lines, "39 moved to\n23 from moved\n24 from moved\n21 to moved\n22 to moved\n40 moved to from\n");
+    EXPECT_EQ(lines,
+              "39 moved to\n23 from moved\n24 from moved\n21 to moved\n22 to moved\n40 moved to from\n");
 }
 
 TEST_F(owner_test, that_does_not_fit_is_refused_before_anything_moves) {
@@ -117,10 +118,11 @@ TEST_F(owner_test, that_does_not_fit_is_refused_before_anything_moves) {
         object* what;
         object* owner;
     };
-    for (const row& r : {row{"null", moved, nullptr}, row{"itself", moved, moved}, row{"a child", moved, below},
-                         row{"a descendant", moved, deeper}, row{"another model", moved, second_root},
-                         row{"an object of another model", moved, foreign}, row{"a model is owned by none", root, from},
-                         row{"a model, of another one", second_root, root}}) {
+    for (const row& r :
+         {row{"null", moved, nullptr}, row{"itself", moved, moved}, row{"a child", moved, below},
+          row{"a descendant", moved, deeper}, row{"another model", moved, second_root},
+          row{"an object of another model", moved, foreign}, row{"a model is owned by none", root, from},
+          row{"a model, of another one", second_root, root}}) {
         SCOPED_TRACE(r.why);
         const std::string before = dump();
         begin();
@@ -207,7 +209,7 @@ TEST_F(owner_test, outlives_its_deletion_as_long_as_an_object_names_it) {
     model->clear_history(); // nothing can bring the owner back
     EXPECT_EQ(loose->owner(), owner);
     EXPECT_EQ(owner->state(), state::deleted);
-    EXPECT_EQ(object_full_path_name(loose), ".loose");
+    EXPECT_EQ(object_full_path_name(loose), "loose");
     EXPECT_EQ(loose->model(), model);
     EXPECT_TRUE(loose->set_owner(root));
     EXPECT_EQ(root->child_at(types::part, 0), loose);

@@ -22,7 +22,7 @@ TEST_F(properties, a_value_is_stored_as_a_clone_and_read_as_a_clone) {
 
 TEST_F(properties, the_elements_of_a_list_are_cloned_with_it) {
     object* const a = thing("a");
-    const auto given = list_of({new property<int>{1}});
+    const auto given = numbers({1});
     ASSERT_TRUE(change([&] { return a->set_property(props::list, *given); }));
     static_cast<property<int>*>(given->elements[0])->value = 7;
     const value_ptr read = a->get_property(props::list);
@@ -42,7 +42,8 @@ TEST_F(properties, an_id_that_nobody_knows_reads_as_empty_and_can_be_set) {
 
 TEST_F(properties, a_value_can_change_its_kind) {
     object* const a = thing("a");
-    EXPECT_TRUE(change([&] { return a->set_property(props::text, text("t")) && a->set_property(props::text, flag(true)); }));
+    EXPECT_TRUE(change(
+        [&] { return a->set_property(props::text, text("t")) && a->set_property(props::text, flag(true)); }));
     EXPECT_TRUE(dynamic_cast<property<bool>*>(a->get_property(props::text).get()));
 }
 

@@ -133,7 +133,7 @@ protected:
     each_mutator() : h(hooked("h")), i(hooked("i")) {
         prepare([&] {
             h->set_property(props::number, number(1));
-            h->set_property(props::list, *list_of({new property<int>{1}, new property<int>{2}, new property<int>{3}}));
+            h->set_property(props::list, *numbers({1, 2, 3}));
             i->add_inherits_from(h);
         });
         before = dump();
@@ -256,7 +256,8 @@ TEST_P(each_mutator, ends_with_false_and_stands_when_an_observer_of_an_inheritor
 TEST_P(each_mutator, marks_what_its_hooks_change_as_not_the_users_work) {
     for (const int kind : {GetParam().pre, GetParam().post})
         hooks.on(kind, [&](hook_call& c) {
-            return c.at != h || h->set_property_not_inheritable(props::flag, !h->is_property_not_inheritable(props::flag));
+            return c.at != h ||
+                   h->set_property_not_inheritable(props::flag, !h->is_property_not_inheritable(props::flag));
         });
     ASSERT_TRUE(change([&] { return call(); }));
     EXPECT_FALSE(fw.in_semantic());

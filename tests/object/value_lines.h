@@ -19,7 +19,8 @@ inline std::string value_text(const abstract_property* value) {
     if (!value) return "none";
     if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
         std::string out;
-        for (const abstract_property* each : list->elements) out += (out.empty() ? "" : " ") + value_text(each);
+        for (const abstract_property* each : list->elements)
+            out += (out.empty() ? "" : " ") + value_text(each);
         return "[" + out + "]";
     }
     if (const auto* const reference = dynamic_cast<const property<object*>*>(value))
@@ -39,8 +40,8 @@ inline std::string value_details(const message* said) {
     if (const auto* const gone = dynamic_cast<const property_delete_message*>(said))
         return out + "lost " + value_text(gone->old_value());
     if (const auto* const element = dynamic_cast<const property_set_vec_prop_message*>(said))
-        return out + "at " + std::to_string(element->pos()) + " " + value_text(element->old_value()) + " to " +
-               value_text(element->new_value());
+        return out + "at " + std::to_string(element->pos()) + " " + value_text(element->old_value()) +
+               " to " + value_text(element->new_value());
     if (const auto* const element = dynamic_cast<const property_insert_vec_prop_message*>(said))
         return out + "at " + std::to_string(element->pos()) + " + " + value_text(element->value()) +
                (value_text(element->raw_value()) == value_text(element->value()) ? "" : " but raw differs");
@@ -56,13 +57,21 @@ inline std::string value_details(const message* said) {
 /// \returns "number first|again user|hook name-of-object: details"
 inline std::string value_line(message* said) {
     return std::to_string(said->type()) + (said->is_first_run() ? " first" : " again") +
-           (said->is_user_created() ? " user " : " hook ") + short_name(said->object()) + ": " + value_details(said);
+           (said->is_user_created() ? " user " : " hook ") + short_name(said->object()) + ": " +
+           value_details(said);
 }
 
 /// A list of values; takes clones.
 inline std::unique_ptr<vector_property> list_of(std::initializer_list<const abstract_property*> values) {
     auto out = std::make_unique<vector_property>();
     for (const abstract_property* each : values) out->elements.push_back(each->clone());
+    return out;
+}
+
+/// A list of numbers.
+inline std::unique_ptr<vector_property> numbers(std::initializer_list<int> values) {
+    auto out = std::make_unique<vector_property>();
+    for (const int each : values) out->elements.push_back(new property<int>{each});
     return out;
 }
 
@@ -97,12 +106,8 @@ protected:
         hooks.take_log();
     }
     /// Gives `to` an own list of numbers.
-    void give_list(object* to, std::initializer_list<int> numbers) {
-        prepare([&] {
-            vector_property list;
-            for (const int each : numbers) list.elements.push_back(new property<int>{each});
-            ASSERT_TRUE(to->set_property(props::list, list));
-        });
+    void give_list(object* to, std::initializer_list<int> values) {
+        prepare([&] { ASSERT_TRUE(to->set_property(props::list, *numbers(values))); });
     }
     static std::string list(const object* of) { return value_text(of->get_own_property(props::list)); }
     /// \returns the messages of the history as lines

@@ -24,21 +24,23 @@ const element_case cases[] = {
      "['9' '1' '2' '3']", "9 first user a: 14 in a at 0 + '9'\n"},
     {"insert between", [](object* o) { return o->insert_vector_element(props::list, number(9), 2); }, true,
      "['1' '2' '9' '3']", "9 first user a: 14 in a at 2 + '9'\n"},
-    {"insert at the size appends", [](object* o) { return o->insert_vector_element(props::list, number(9), 3); }, true,
-     "['1' '2' '3' '9']", "9 first user a: 14 in a at 3 + '9'\n"},
+    {"insert at the size appends",
+     [](object* o) { return o->insert_vector_element(props::list, number(9), 3); }, true, "['1' '2' '3' '9']",
+     "9 first user a: 14 in a at 3 + '9'\n"},
     {"insert behind the size puts nothing in and goes on",
      [](object* o) { return o->insert_vector_element(props::list, number(9), 4); }, true, "['1' '2' '3']",
      "9 first user a: 14 in a at 4 + '9'\n"},
-    {"insert behind everything", [](object* o) { return o->insert_vector_element(props::list, number(9), npos); },
-     true, "['1' '2' '3']", "9 first user a: 14 in a at 4294967295 + '9'\n"},
+    {"insert behind everything",
+     [](object* o) { return o->insert_vector_element(props::list, number(9), npos); }, true, "['1' '2' '3']",
+     "9 first user a: 14 in a at 4294967295 + '9'\n"},
     {"append", [](object* o) { return o->append_vector_element(props::list, text("t")); }, true,
      "['1' '2' '3' 't']", "9 first user a: 14 in a at 3 + 't'\n"},
-    {"delete the first", [](object* o) { return o->delete_vector_element(props::list, 0); }, true, "['2' '3']",
-     "11 first user a: 14 in a at 0 - '1'\n"},
+    {"delete the first", [](object* o) { return o->delete_vector_element(props::list, 0); }, true,
+     "['2' '3']", "11 first user a: 14 in a at 0 - '1'\n"},
     {"delete the last", [](object* o) { return o->delete_vector_element(props::list, 2); }, true, "['1' '2']",
      "11 first user a: 14 in a at 2 - '3'\n"},
-    {"delete at the size", [](object* o) { return o->delete_vector_element(props::list, 3); }, false, "['1' '2' '3']",
-     ""},
+    {"delete at the size", [](object* o) { return o->delete_vector_element(props::list, 3); }, false,
+     "['1' '2' '3']", ""},
     {"delete far behind", [](object* o) { return o->delete_vector_element(props::list, npos); }, false,
      "['1' '2' '3']", ""},
     {"set", [](object* o) { return o->set_vector_element(props::list, text("t"), 1); }, true, "['1' 't' '3']",
@@ -47,18 +49,21 @@ const element_case cases[] = {
      "['1' '2' '3']", "8 first user a: 14 in a at 1 '2' to '2'\n"},
     {"set at the size", [](object* o) { return o->set_vector_element(props::list, number(9), 3); }, false,
      "['1' '2' '3']", ""},
-    {"move to the front", [](object* o) { return o->move_vector_element(props::list, 2, 0); }, true, "['3' '1' '2']",
-     "12 first user a: 14 in a 2 to 0\n"},
-    {"move to the end of the list without it", [](object* o) { return o->move_vector_element(props::list, 0, 2); },
-     true, "['2' '3' '1']", "12 first user a: 14 in a 0 to 2\n"},
+    {"move to the front", [](object* o) { return o->move_vector_element(props::list, 2, 0); }, true,
+     "['3' '1' '2']", "12 first user a: 14 in a 2 to 0\n"},
+    {"move to the end of the list without it",
+     [](object* o) { return o->move_vector_element(props::list, 0, 2); }, true, "['2' '3' '1']",
+     "12 first user a: 14 in a 0 to 2\n"},
     {"move to its own place", [](object* o) { return o->move_vector_element(props::list, 1, 1); }, true,
      "['1' '2' '3']", "12 first user a: 14 in a 1 to 1\n"},
-    {"move from behind the end counts as done", [](object* o) { return o->move_vector_element(props::list, 3, 0); },
-     true, "['1' '2' '3']", "12 first user a: 14 in a 3 to 0\n"},
-    {"move from and to behind the end", [](object* o) { return o->move_vector_element(props::list, far, far); }, true,
-     "['1' '2' '3']", "12 first user a: 14 in a 100 to 100\n"},
-    {"missing list: insert", [](object* o) { return o->insert_vector_element(props::text, number(9), 0); }, false,
-     "['1' '2' '3']", ""},
+    {"move from behind the end counts as done",
+     [](object* o) { return o->move_vector_element(props::list, 3, 0); }, true, "['1' '2' '3']",
+     "12 first user a: 14 in a 3 to 0\n"},
+    {"move from and to behind the end",
+     [](object* o) { return o->move_vector_element(props::list, far, far); }, true, "['1' '2' '3']",
+     "12 first user a: 14 in a 100 to 100\n"},
+    {"missing list: insert", [](object* o) { return o->insert_vector_element(props::text, number(9), 0); },
+     false, "['1' '2' '3']", ""},
     {"missing list: delete", [](object* o) { return o->delete_vector_element(props::text, 0); }, false,
      "['1' '2' '3']", ""},
     {"missing list: set", [](object* o) { return o->set_vector_element(props::text, number(9), 0); }, false,
@@ -69,12 +74,12 @@ const element_case cases[] = {
      "['1' '2' '3']", ""},
     {"no list: append", [](object* o) { return o->append_vector_element(props::name, number(9)); }, false,
      "['1' '2' '3']", ""},
-    {"no list: delete", [](object* o) { return o->delete_vector_element(props::name, 0); }, false, "['1' '2' '3']",
-     ""},
+    {"no list: delete", [](object* o) { return o->delete_vector_element(props::name, 0); }, false,
+     "['1' '2' '3']", ""},
     {"no list: set", [](object* o) { return o->set_vector_element(props::name, number(9), 0); }, false,
      "['1' '2' '3']", ""},
-    {"no list: move", [](object* o) { return o->move_vector_element(props::name, 0, 0); }, false, "['1' '2' '3']",
-     ""},
+    {"no list: move", [](object* o) { return o->move_vector_element(props::name, 0, 0); }, false,
+     "['1' '2' '3']", ""},
 };
 
 } // namespace
@@ -168,12 +173,15 @@ TEST_F(vector_elements, an_inherited_list_is_never_touched) {
     prepare([&] { a->add_inherits_from(base); });
     EXPECT_EQ(value_text(a->get_property(props::list)), "['1' '2']");
     for (const element_case& row : {
-             element_case{"insert", [](object* o) { return o->insert_vector_element(props::list, number(9), 0); }, false,
+             element_case{"insert",
+                          [](object* o) { return o->insert_vector_element(props::list, number(9), 0); },
+                          false, "", ""},
+             element_case{"delete", [](object* o) { return o->delete_vector_element(props::list, 0); }, false,
                           "", ""},
-             element_case{"delete", [](object* o) { return o->delete_vector_element(props::list, 0); }, false, "", ""},
-             element_case{"set", [](object* o) { return o->set_vector_element(props::list, number(9), 0); }, false, "",
-                          ""},
-             element_case{"move", [](object* o) { return o->move_vector_element(props::list, 0, 1); }, false, "", ""},
+             element_case{"set", [](object* o) { return o->set_vector_element(props::list, number(9), 0); },
+                          false, "", ""},
+             element_case{"move", [](object* o) { return o->move_vector_element(props::list, 0, 1); }, false,
+                          "", ""},
          }) {
         SCOPED_TRACE(row.why);
         begin();
@@ -181,7 +189,8 @@ TEST_F(vector_elements, an_inherited_list_is_never_touched) {
         EXPECT_FALSE(model->in_transaction());
     }
     EXPECT_TRUE(change([&] { return a->append_vector_element(props::list, number(9)); }));
-    EXPECT_EQ(value_text(a->get_property(props::list)), "['9']") << "an own list of one hides the inherited one";
+    EXPECT_EQ(value_text(a->get_property(props::list)), "['9']")
+        << "an own list of one hides the inherited one";
     EXPECT_EQ(list(base), "['1' '2']");
     EXPECT_EQ(lines(), "7 first hook a: 14 in a ['1' '2'] of base to ['9']\n"
                        "9 first user a: 14 in a at 0 + '9'\n");

@@ -124,10 +124,11 @@ world::world()
 
 world::~world() {
     hooks.clear();
-    if (!model) return; // the test has closed it
-    model->rollback_transaction_all();
-    fw.delete_object(root);
-    fw.set_in_semantic(false);
+    if (model) { // else the test has closed it
+        model->rollback_transaction_all();
+        fw.delete_object(root);
+    }
+    fw.set_in_semantic(false); // closing leaves it set
 }
 
 object* world::make(u32 type, const std::string& name, object* owner) {

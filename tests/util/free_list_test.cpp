@@ -94,6 +94,28 @@ TEST(free_list, the_rest_of_a_full_slab_is_not_lost) {
     for (void* memory : held) free_pooled(memory, 256);
 }
 
+TEST(free_list, what_a_coarser_step_leaves_in_front_is_not_lost) {
+    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
+    // A block of an odd number of grains leaves the fresh memory between two coarse steps.
+    std::vector<void*> held;
+    const auto is_between = [] {
+        return reinterpret_cast<std::uintptr_t>(free_list::state.fresh) % free_list::coarse != 0;
+    };
+    while (free_list::state.heads[free_list::list_of(112)]) held.push_back(allocate_pooled(112));
+    const std::size_t of_large = held.size();
+    std::vector<void*> odd;
+    do {
+        odd.push_back(allocate_pooled(24));
+    } while (!is_between() || free_list::state.fresh_end - free_list::state.fresh < 200);
+    const auto* const in_front = reinterpret_cast<const free_list::block*>(free_list::state.fresh);
+    held.push_back(allocate_pooled(112));
+    EXPECT_EQ(static_cast<const std::byte*>(held[of_large]),
+              reinterpret_cast<const std::byte*>(in_front) + free_list::grain);
+    EXPECT_EQ(free_list::state.heads[free_list::list_of(free_list::grain)], in_front);
+    for (void* memory : odd) free_pooled(memory, 24);
+    for (void* memory : held) free_pooled(memory, 112);
+}
+
 TEST(free_list, freeing_null_does_nothing) {
     for (const std::size_t size : {0U, 1U, 16U, 256U, 257U, 100000U}) free_pooled(nullptr, size);
 }

@@ -262,6 +262,19 @@ TEST_F(object_names, a_deleted_object_still_has_its_type) {
     EXPECT_EQ(object_type_as_string(what), "Thing");
 }
 
+TEST_F(object_names, a_type_that_only_the_model_knows_has_its_name) {
+    constexpr u32 local = 900001;
+    ASSERT_TRUE(model->meta_model()->add_meta_object(local, "Only Here", "", ""));
+    begin();
+    const object* const what = fw.create_object(local, root);
+    end();
+    ASSERT_TRUE(what);
+    EXPECT_EQ(object_type_as_string(what), "Only Here");
+    EXPECT_EQ(meta_name(what), "Only Here");
+    EXPECT_EQ(as_text(meta_att(what, attribute_id::name)), "Only Here");
+    EXPECT_EQ(object_type_as_string(local), "") << "the application does not know it";
+}
+
 TEST_F(object_names, a_type_has_a_name_without_an_object) {
     EXPECT_EQ(object_type_as_string(types::thing), "Thing");
     EXPECT_EQ(object_type_as_string(type_id::model), "Model");
@@ -281,10 +294,11 @@ TEST_F(object_names, a_property_has_the_name_of_its_declaration) {
     }
 }
 
-TEST_F(object_names, a_property_that_a_user_defined_is_known_in_its_model_only) {
+TEST_F(object_names, a_user_defined_property_is_known_in_its_model_only) {
     const std::string before = property_name(types::thing, 50000, nullptr);
-    meta_property* const made =
-        model->meta_model()->find_meta_object(types::thing)->add_property(50000, "Colour", data_type::string, "");
+    meta_property* const made = model->meta_model()
+                                    ->find_meta_object(types::thing)
+                                    ->add_property(50000, "Colour", data_type::string, "");
     ASSERT_TRUE(made);
     EXPECT_EQ(property_name(types::thing, 50000, model), "Colour");
     EXPECT_EQ(property_name(types::thing, 50000, nullptr), before);
@@ -297,7 +311,8 @@ TEST_F(object_names, a_property_that_a_user_defined_is_known_in_its_model_only) 
 class attribute_for_now {
 public:
     attribute_for_now(u32 type, u32 attribute, const abstract_property& value)
-        : type_(*framework::instance().application_meta_model()->find_meta_object(type)), attribute_(attribute) {
+        : type_(*framework::instance().application_meta_model()->find_meta_object(type)),
+          attribute_(attribute) {
         type_.set_attribute_value(attribute_, value);
     }
     attribute_for_now(const attribute_for_now&) = delete;

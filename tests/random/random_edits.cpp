@@ -1,0 +1,557 @@
+// Making the random steps and holding the laws against what comes of them.
+// How many histories are played is laws_test.cpp.
+#include "tests/random/random_edits.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <set>
+#include <sstream>
+
+namespace kelm::test {
+
+namespace {
+
+std::string name_of(const object* what) { return what ? "o" + std::to_string(what->id()) : "nullptr"; }
+
+std::string code_of(const abstract_property& value) {
+    if (const auto* const target = dynamic_cast<const property<object*>*>(&value))
+        return "reference(" + name_of(target->value) + ")";
+    if (const auto* const list = dynamic_cast<const vector_property*>(&value)) {
+        std::string out;
+        for (const abstract_property* each : list->elements)
+            out += (out.empty() ? "" : ", ") + code_of(*each);
+        return "list(" + out + ")";
+    }
+    return "value(" + value.to_string() + ")";
+}
+
+constexpr u32 value_ids[] = {props::definition, props::text, props::number,         props::flag,
+                             props::reference,  props::list, props::not_inheritable};
+
+/// \returns the targets of the references that a value holds
+std::vector<object*> targets_of(const abstract_property* value) {
+    std::vector<object*> out;
+    const auto add = [&](const abstract_property* each) {
+        const auto* const target = dynamic_cast<const property<object*>*>(each);
+        if (target && target->value) out.push_back(target->value);
+    };
+    add(value);
+    if (const auto* const list = dynamic_cast<const vector_property*>(value))
+        std::ranges::for_each(list->elements, add);
+    return out;
+}
+
+std::string ids_of(const std::set<object*>& objects) {
+    std::set<u32> ids;
+    for (const object* each : objects) ids.insert(each->id());
+    std::string out;
+    for (const u32 id : ids) out += " " + std::to_string(id);
+    return out;
+}
+
+} // namespace
+
+u64 random_numbers::next() {
+    u64 mixed = state_ += 0x9E3779B97F4A7C15U;
+    mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9U;
+    mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBU;
+    return mixed ^ (mixed >> 31);
+}
+
+bool counted_value::equals(const abstract_property* other) const {
+    const auto* const same = dynamic_cast<const counted_value*>(other);
+    return same && same->value_ == value_;
+}
+
+moody_observer::~moody_observer() {
+    for (subject* each : subjects()) each->detach(this);
+}
+
+bool moody_observer::update(subject*, message* what) {
+    if (!refuses || !what || !what->is_first_run()) return true;
+    const u32 type = what->type();
+    return type < message_type::property_set || type > message_type::property_set_not_inheritable ||
+           !numbers_.one_in(6);
+}
+
+random_run::random_run(u64 seed, bool with_bases)
+    : numbers_(seed),
+      with_bases_(with_bases),
+      root_(started_framework().create_object(type_id::model, nullptr)),
+      model_(root_->model()),
+      moody_(numbers_) {
+    populate();
+    states_.push_back(dump_of(*model_));
+    program_hooks();
+    if (one_in(4)) {
+        const int limit = static_cast<int>(numbers_.below(4)) + 1;
+        note("model->set_undo_levels(" + std::to_string(limit) + ")");
+        model_->set_undo_levels(limit);
+    }
+}
+
+random_run::~random_run() { close(); }
+
+void random_run::close() {
+    hook_program::instance().clear();
+    if (!model_) return;
+    moody_.refuses = false;
+    model_->rollback_transaction_all();
+    framework::instance().delete_object(root_);
+    framework::instance().set_in_semantic(false);
+    model_ = nullptr;
+}
+
+/// Makes a few objects to begin with, which no undo takes away.
+void random_run::populate() {
+    hook_program::instance().clear();
+    model_->begin_transaction("");
+    object* owner = root_;
+    std::vector<object*> all;
+    for (const u32 type :
+         {types::thing, types::hooked, types::part, types::hooked, types::thing, types::hooked_part}) {
+        object* const made = framework::instance().create_object(type, owner);
+        note("fw.create_object(" + std::to_string(type) + ", " + name_of(owner) + ")");
+        made->attach(&moody_);
+        for (std::size_t earlier = 0; with_bases_ && earlier != all.size(); ++earlier) {
+            if (one_in(2)) continue;
+            note(name_of(made) + "->add_inherits_from(" + name_of(all[earlier]) + ")");
+            made->add_inherits_from(all[earlier]);
+        }
+        all.push_back(made);
+        if (one_in(2)) owner = made;
+    }
+    model_->end_transaction();
+    model_->clear_history();
+}
+
+// Hooks of reads are left alone: the laws are about what is stored.
+void random_run::program_hooks() {
+    hook_program& hooks = hook_program::instance();
+    hooks.clear();
+    for (int kind = 1; kind <= 40; ++kind) {
+        if ((kind >= 4 && kind <= 6) || kind == 27 || kind == 28) continue;
+        hooks.on(kind, [this, kind](hook_call&) {
+            if (one_in(150)) {
+                note("// a hook of kind " + std::to_string(kind) + " refuses");
+                return false;
+            }
+            return !one_in(25) || react();
+        });
+    }
+}
+
+/// What a hook does besides: a small change, itself hooked.
+bool random_run::react() {
+    if (reacting_ > 1) return true;
+    object* const what = any();
+    if (!what) return true;
+    ++reacting_;
+    const auto number = std::make_unique<counted_value>(static_cast<int>(numbers_.below(100)));
+    note("// a hook calls " + name_of(what) + "->set_property(" + std::to_string(props::real) + ", " +
+         code_of(*number) + ")");
+    const bool done = what->set_property(props::real, *number);
+    --reacting_;
+    return done;
+}
+
+object* random_run::any() {
+    for (int attempt = 0; attempt != 50; ++attempt) {
+        object* const found =
+            model_->find_object(static_cast<u32>(2 + numbers_.below(model_->last_object_id())));
+        if (found) return found;
+    }
+    std::vector<u32> ids;
+    model_->object_ids(ids);
+    return ids.size() < 2 ? nullptr : model_->find_object(ids.back());
+}
+
+object* random_run::any_or_root() {
+    object* const found = one_in(3) ? nullptr : any();
+    return found ? found : root_;
+}
+
+std::unique_ptr<abstract_property> random_run::value(bool may_be_list) {
+    const int number = static_cast<int>(numbers_.below(10));
+    switch (numbers_.below(may_be_list ? 7 : 6)) {
+    case 0: return std::make_unique<property<std::string>>(std::string(numbers_.below(40), 'x'));
+    case 1: return std::make_unique<property<int>>(number);
+    case 2: return std::make_unique<property<double>>(std::numeric_limits<double>::quiet_NaN());
+    case 3:
+    case 4: return std::make_unique<property<object*>>(one_in(6) ? nullptr : any());
+    case 5: return std::make_unique<counted_value>(number);
+    default: break;
+    }
+    auto list = std::make_unique<vector_property>();
+    for (std::size_t count = numbers_.below(4); count != 0; --count)
+        list->elements.push_back(value(false).release());
+    return list;
+}
+
+/// \returns how many begins have no end
+std::size_t random_run::open_levels() const {
+    std::size_t begins = 0;
+    std::size_t ends = 0;
+    for (std::size_t i = 0; i != model_->message_count(); ++i) {
+        begins += model_->message_at(i)->type() == message_type::tran_begin;
+        ends += model_->message_at(i)->type() == message_type::tran_end;
+    }
+    return begins - ends;
+}
+
+void random_run::step() {
+    if (!failure_.empty()) return;
+    levels_.empty() ? step_outside() : step_inside();
+}
+
+void random_run::step_outside() {
+    switch (numbers_.below(10)) {
+    case 0:
+    case 1: return undo();
+    case 2: return redo();
+    default: return begin();
+    }
+}
+
+void random_run::step_inside() {
+    switch (numbers_.below(30)) {
+    case 0: return levels_.size() < 4 ? begin() : end();
+    case 1:
+        note("model->rollback_transaction()");
+        model_->rollback_transaction();
+        return settle();
+    case 2:
+        if (!one_in(3)) return edit();
+        note("model->rollback_transaction_all()");
+        model_->rollback_transaction_all();
+        return settle();
+    case 3:
+    case 4:
+    case 5: return end();
+    default: return edit();
+    }
+}
+
+void random_run::begin() {
+    levels_.push_back(dump_of(*model_));
+    if (levels_.size() == 1) states_.resize(at_ + 1); // there is nothing to redo from here on
+    note("model->begin_transaction(\"\")");
+    model_->begin_transaction("");
+    moody_.refuses = one_in(3);
+}
+
+void random_run::end() {
+    note("model->end_transaction()");
+    const std::string before = dump_of(*model_);
+    const bool is_kept = model_->end_transaction() != nullptr;
+    check("the end of a transaction changes nothing", before);
+    if (!is_kept) check("a transaction without a trace changes nothing", levels_.back());
+    levels_.pop_back();
+    if (!levels_.empty()) return;
+    moody_.refuses = false;
+    check_links();
+    if (!is_kept) return;
+    states_.push_back(before);
+    ++at_;
+}
+
+void random_run::undo() {
+    if (!model_->can_undo()) return;
+    note("model->undo()");
+    model_->undo();
+    check("undo leads to the state before", states_[--at_]);
+    check_links();
+}
+
+void random_run::redo() {
+    if (!model_->can_redo()) return;
+    note("model->redo()");
+    model_->redo();
+    check("redo leads to the state behind", states_[++at_]);
+    check_links();
+}
+
+void random_run::finish() {
+    while (!levels_.empty() && failure_.empty()) end();
+    while (model_->can_undo() && failure_.empty()) undo();
+    while (model_->can_redo() && failure_.empty()) redo();
+}
+
+/// Finds out what a step has rolled back.
+void random_run::settle() {
+    const std::size_t open = open_levels();
+    if (open > levels_.size()) failure_ = "a level is open that nobody has begun";
+    if (open >= levels_.size()) return;
+    const std::string expected = levels_[open];
+    levels_.resize(open);
+    note("// rolled back to level " + std::to_string(open));
+    check("a rollback leads to the moment before the begin", expected);
+    check_links();
+    if (levels_.empty()) moody_.refuses = false;
+}
+
+void random_run::check(const char* what, const std::string& expected) {
+    const std::string now = dump_of(*model_);
+    if (!failure_.empty() || now == expected) return;
+    failure_ = std::string("broken: ") + what + "\nexpected\n" + expected + "but it is\n" + now;
+}
+
+/// Computes back-lists, the map of ids and ownership from what is stored, and compares.
+void random_run::check_links() {
+    if (!failure_.empty()) return;
+    std::map<object*, std::set<object*>> referrers;
+    std::map<object*, std::set<object*>> heirs;
+    std::map<object*, object*> listed_in;
+    std::ostringstream wrong;
+    std::vector<u32> ids;
+    model_->object_ids(ids);
+    std::set<object*> all;
+    for (const u32 id : ids) {
+        object* const each = model_->find_object(id);
+        if (!each || each->id() != id || each->state() == state::deleted) {
+            wrong << "id " << id << " leads to no living object of that id\n";
+            continue;
+        }
+        all.insert(each);
+        value_map own;
+        each->own_properties(own);
+        for (const auto& [property, stored] : own)
+            for (object* const target : targets_of(stored.get())) referrers[target].insert(each);
+        for (object* const base : each->inherits_from_list(0)) heirs[base].insert(each);
+        u32 type = 0;
+        for (object* const child : each->children()) {
+            if (child->owner() != each)
+                wrong << id << " lists " << child->id() << ", which has another owner\n";
+            if (!listed_in.emplace(child, each).second) wrong << child->id() << " is listed twice\n";
+            if (child->type() < type)
+                wrong << "children of " << id << " are not in the order of their types\n";
+            type = child->type();
+        }
+    }
+    for (object* const each : all) {
+        const auto as_set = [](const std::vector<object*>& list) {
+            return std::set<object*>(list.begin(), list.end());
+        };
+        if (const auto told = as_set(each->referencing_objects()); told != referrers[each])
+            wrong << each->id() << " is referred to by" << ids_of(referrers[each]) << ", told are"
+                  << ids_of(told) << "\n";
+        if (const auto told = as_set(each->inheritors()); told != heirs[each])
+            wrong << each->id() << " is inherited by" << ids_of(heirs[each]) << ", told are" << ids_of(told)
+                  << "\n";
+    }
+    for (const auto* const map : {&referrers, &heirs})
+        for (const auto& [target, from] : *map)
+            if (!all.contains(target)) wrong << "there are links to " << target->id() << ", which is gone\n";
+    for (const auto& [child, owner] : listed_in)
+        if (!all.contains(child)) wrong << owner->id() << " lists " << child->id() << ", which is gone\n";
+    if (!wrong.str().empty()) failure_ = "broken: links equal what is stored\n" + wrong.str();
+}
+
+void random_run::edit() {
+    if (!any() || one_in(8)) {
+        object* const owner = any_or_root();
+        constexpr u32 kinds[] = {types::thing,         types::part,   types::other,
+                                 types::special_thing, types::hooked, types::hooked_part};
+        const u32 type = kinds[numbers_.below(std::size(kinds))];
+        note("fw.create_object(" + std::to_string(type) + ", " + name_of(owner) + ")");
+        object* const made = framework::instance().create_object(type, owner);
+        if (made && one_in(4)) made->attach(&moody_);
+        return settle();
+    }
+    switch (numbers_.below(with_bases_ ? 9 : 7)) {
+    case 0:
+    case 1: edit_tree(); break;
+    case 2:
+    case 3: edit_value(); break;
+    case 4:
+    case 5: edit_element(); break;
+    case 6: edit_observer(); break;
+    default: edit_base(); break;
+    }
+    settle();
+}
+
+void random_run::edit_tree() {
+    object* const what = any();
+    object* const owner = what->owner();
+    switch (numbers_.below(6)) {
+    case 0:
+    case 1:
+        note("fw.delete_object(" + name_of(what) + ")");
+        framework::instance().delete_object(what);
+        return;
+    case 2: {
+        object* const to = any_or_root();
+        note(name_of(what) + "->set_owner(" + name_of(to) + ")");
+        what->set_owner(to);
+        return;
+    }
+    case 3:
+        note(name_of(owner) + "->remove_child(" + name_of(what) + ")");
+        owner->remove_child(what);
+        return;
+    case 4:
+        note(name_of(owner) + "->add_child(" + name_of(what) + ")");
+        owner->add_child(what);
+        return;
+    default: {
+        if (owner->child_position(what) == npos) return;
+        const std::size_t position = numbers_.below(owner->child_count(what->type()));
+        note(name_of(owner) + "->set_child_position(" + name_of(what) + ", " + std::to_string(position) +
+             ")");
+        owner->set_child_position(what, position);
+    }
+    }
+}
+
+void random_run::edit_value() {
+    object* const what = any();
+    const u32 id = value_ids[numbers_.below(std::size(value_ids))];
+    const std::string call = name_of(what) + "->";
+    const std::string number = std::to_string(id);
+    if (one_in(4)) {
+        note(call + "delete_property(" + number + ")");
+        what->delete_property(id);
+    } else if (one_in(8)) {
+        const bool flag = !what->is_property_not_inheritable(id);
+        note(call + "set_property_not_inheritable(" + number + ", " + (flag ? "true)" : "false)"));
+        what->set_property_not_inheritable(id, flag);
+    } else if (one_in(12)) {
+        const auto now = one_in(3) ? nullptr : value(true);
+        const auto then = one_in(3) ? nullptr : value(true);
+        note(call + "refresh_property(" + number + ", " + (now ? code_of(*now) : "nullptr") + ", " +
+             (then ? code_of(*then) : "nullptr") + ")");
+        what->refresh_property(id, now.get(), then.get());
+    } else {
+        const auto next = value(true);
+        note(call + "set_property(" + number + ", " + code_of(*next) + ")");
+        what->set_property(id, *next);
+    }
+}
+
+void random_run::edit_element() {
+    object* const what = any();
+    const auto list = what->get_own_property(props::list);
+    const auto* const elements = dynamic_cast<const vector_property*>(list.get());
+    if (!elements && !one_in(10)) {
+        note(name_of(what) + "->set_property(" + std::to_string(props::list) + ", list())");
+        what->set_property(props::list, vector_property{});
+        return;
+    }
+    const std::size_t size = elements ? elements->elements.size() : 0;
+    const auto element = value(false);
+    const std::string call = name_of(what) + "->";
+    const std::string id = "(" + std::to_string(props::list) + ", ";
+    // One position behind the end now and then: an insertion is then recorded and does nothing, the others refuse.
+    const std::size_t position = numbers_.below(size + (one_in(8) ? 2 : 0));
+    const std::string at = std::to_string(position);
+    switch (numbers_.below(6)) {
+    case 0:
+    case 1:
+        note(call + "append_vector_element" + id + code_of(*element) + ")");
+        what->append_vector_element(props::list, *element);
+        return;
+    case 2:
+        note(call + "insert_vector_element" + id + code_of(*element) + ", " + at + ")");
+        what->insert_vector_element(props::list, *element, position);
+        return;
+    case 3:
+        note(call + "delete_vector_element" + id + at + ")");
+        what->delete_vector_element(props::list, position);
+        return;
+    case 4:
+        note(call + "set_vector_element" + id + code_of(*element) + ", " + at + ")");
+        what->set_vector_element(props::list, *element, position);
+        return;
+    default: {
+        const std::size_t to = numbers_.below(size);
+        note(call + "move_vector_element" + id + at + ", " + std::to_string(to) + ")");
+        what->move_vector_element(props::list, position, to);
+    }
+    }
+}
+
+void random_run::edit_base() {
+    object* const what = any();
+    object* base = any();
+    if (base == what && !one_in(10)) base = any();
+    const std::size_t size = what->inherits_from_list(0).size();
+    const std::size_t position = numbers_.below(size + 1);
+    const std::string call = name_of(what) + "->";
+    const std::string both = "(" + name_of(base) + ", " + std::to_string(position) + ")";
+    switch (numbers_.below(8)) {
+    case 0:
+    case 1:
+    case 2:
+        note(call + "add_inherits_from(" + name_of(base) + ")");
+        what->add_inherits_from(base);
+        return;
+    case 3:
+        note(call + "insert_inherits_from" + both);
+        what->insert_inherits_from(base, position);
+        return;
+    case 4: {
+        object* const gone = size ? what->inherits_from_at(numbers_.below(size)) : base;
+        note(call + "cancel_inherits_from(" + name_of(gone) + ")");
+        what->cancel_inherits_from(gone);
+        return;
+    }
+    case 5:
+        note(call + "cancel_all_inherits_from()");
+        what->cancel_all_inherits_from();
+        return;
+    case 6:
+        if (position == size && !one_in(10)) return;
+        note(call + "replace_inherits_from_at" + both);
+        what->replace_inherits_from_at(base, position);
+        return;
+    default: {
+        if (size == 0 && !one_in(10)) return;
+        object* const moved = size ? what->inherits_from_at(numbers_.below(size)) : base;
+        note(call + "set_inherits_from_position(" + name_of(moved) + ", " + std::to_string(position) + ")");
+        what->set_inherits_from_position(moved, position);
+    }
+    }
+}
+
+void random_run::edit_observer() {
+    object* const what = any();
+    object* const who = any();
+    if (what == who) return;
+    if (one_in(2)) {
+        note(name_of(what) + "->attach(" + name_of(who) + ")");
+        what->attach(dynamic_cast<observer*>(who));
+    } else {
+        note(name_of(what) + "->detach_object(" + name_of(who) + ")");
+        what->detach_object(who);
+    }
+}
+
+std::string play(u64 seed, std::size_t steps, bool with_bases) {
+    const long alive = counted_value::alive;
+    std::string report;
+    {
+        random_run run{seed, with_bases};
+        for (std::size_t i = 0; i != steps; ++i) run.step();
+        run.finish();
+        run.close();
+        if (run.failure().empty() && counted_value::alive == alive) return "";
+        report = "seed " + std::to_string(seed) + ", " + std::to_string(steps) + " steps\n";
+        for (const std::string& each : run.steps()) report += each + (each.starts_with("//") ? "\n" : ";\n");
+        report += run.failure();
+    }
+    if (counted_value::alive != alive)
+        report +=
+            "broken: every value is freed; " + std::to_string(counted_value::alive - alive) + " are left\n";
+    counted_value::alive = alive;
+    return report;
+}
+
+std::string cut(u64 seed, std::size_t steps, bool with_bases) {
+    for (std::size_t fewer = 1; fewer < steps; ++fewer)
+        if (std::string report = play(seed, fewer, with_bases); !report.empty()) return report;
+    return play(seed, steps, with_bases);
+}
+
+} // namespace kelm::test
