@@ -46,7 +46,8 @@ object* make(tree& in, u32 type, object* owner, const std::string& name) {
 }
 
 /// \param earlier  an attribute of another entity, or null
-object* make_attribute(tree& in, object* owner, const std::string& name, std::size_t number, object* earlier) {
+object* make_attribute(tree& in, object* owner, const std::string& name, std::size_t number,
+                       object* earlier) {
     object* const made = make(in, attribute_type, owner, name);
     made->set_property(length_property, property<int>{static_cast<int>(number % 255)});
     made->set_property(nullable_property, property<bool>{number % 3 == 0});
@@ -63,8 +64,8 @@ void start() {
 
 tree build(std::size_t wanted) {
     const double per_package = 1.0 + entities_a_package * (1.0 + attributes_an_entity);
-    const auto packages =
-        std::max<std::size_t>(1, static_cast<std::size_t>(std::lround(static_cast<double>(wanted) / per_package)));
+    const auto packages = std::max<std::size_t>(
+        1, static_cast<std::size_t>(std::lround(static_cast<double>(wanted) / per_package)));
     tree out;
     out.root = framework::instance().create_object(type_id::model, nullptr);
     out.model = out.root->model();
@@ -80,7 +81,8 @@ tree build(std::size_t wanted) {
             object* const entity = make(out, entity_type, package, "ent_" + entity_number);
             object* last = nullptr;
             for (std::size_t a = 0; a != attributes_an_entity; ++a)
-                last = make_attribute(out, entity, "att_" + entity_number + "_" + std::to_string(a), number++, earlier);
+                last = make_attribute(out, entity, "att_" + entity_number + "_" + std::to_string(a), number++,
+                                      earlier);
             earlier = last;
         }
     }

@@ -54,7 +54,8 @@ void print(const char* name, std::size_t n, double seconds, double bytes_per_obj
 
 void verify_tree(const tree& built) {
     std::vector<kelm::u32> ids;
-    if (built.model->object_ids(ids) != built.objects.size() + 1) fail("the tree has not the objects it should");
+    if (built.model->object_ids(ids) != built.objects.size() + 1)
+        fail("the tree has not the objects it should");
     if (!built.model->can_undo()) fail("the tree was not recorded");
     if (kelm::object_name(built.objects.front()) != "pkg_0") fail("a name is wrong");
 }
@@ -64,7 +65,8 @@ void measure_build(std::size_t wanted) {
     const std::size_t before = resident_bytes();
     tree built = build(wanted); // the warm-up, and the one that finds fresh memory
     const std::size_t n = built.objects.size();
-    const double bytes = static_cast<double>(resident_bytes() - before - n * sizeof(void*)) / static_cast<double>(n);
+    const double bytes =
+        static_cast<double>(resident_bytes() - before - n * sizeof(void*)) / static_cast<double>(n);
     verify_tree(built);
     close(built);
     std::array<double, runs> figures{};
@@ -114,7 +116,8 @@ void in_own_process(const std::function<void()>& work) {
 
 int main(int argc, char** argv) {
     std::vector<std::size_t> sizes;
-    for (int i = 1; i < argc; ++i) sizes.push_back(static_cast<std::size_t>(std::strtoull(argv[i], nullptr, 10)));
+    for (int i = 1; i < argc; ++i)
+        sizes.push_back(static_cast<std::size_t>(std::strtoull(argv[i], nullptr, 10)));
     if (sizes.empty()) sizes = {10'000, 100'000, 1'000'000};
     for (const std::size_t n : sizes) {
         in_own_process([&] { measure_build(n); });

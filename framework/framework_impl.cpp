@@ -37,7 +37,9 @@ void framework_impl::register_data_type(u32 code, const std::type_info& type, va
 }
 
 // The clone is made before the old one goes: the argument may be that very one.
-void framework_impl::set_xml_handler(const qdxml& handler) { xml_handler_ = std::unique_ptr<qdxml>{handler.clone()}; }
+void framework_impl::set_xml_handler(const qdxml& handler) {
+    xml_handler_ = std::unique_ptr<qdxml>{handler.clone()};
+}
 
 kelm::model* framework_impl::find_model(const GUID& id) const {
     const auto at = std::ranges::find_if(models_, [&](const kelm::model* each) {

@@ -52,7 +52,8 @@ void child_remove_message_impl::inverse() {
 }
 
 std::string& child_remove_message_impl::to_string(std::string& out) const {
-    return out = "Remove Child - " + type_and_path_or_deleted(child_) + " from " + type_and_path_or_deleted(object());
+    return out = "Remove Child - " + type_and_path_or_deleted(child_) + " from " +
+                 type_and_path_or_deleted(object());
 }
 
 void child_order_message_impl::forward() {
@@ -69,8 +70,8 @@ void child_order_message_impl::inverse() {
 
 std::string& child_order_message_impl::to_string(std::string& out) const {
     return out = "Order Child - object: " + type_and_path_or_deleted(child_) + " of " +
-                 type_and_path_or_deleted(object()) + ": new position " + number(new_pos_) + ", old position: " +
-                 number(old_pos_);
+                 type_and_path_or_deleted(object()) + ": new position " + number(new_pos_) +
+                 ", old position: " + number(old_pos_);
 }
 
 std::string& owner_set_message_impl::to_string(std::string& out) const {

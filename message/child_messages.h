@@ -44,7 +44,8 @@ private:
 };
 
 /// A child went.
-class child_remove_message_impl final : public child_remove_message, public reversible<child_remove_message_impl> {
+class child_remove_message_impl final : public child_remove_message,
+                                        public reversible<child_remove_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
     child_remove_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
@@ -64,11 +65,15 @@ private:
 };
 
 /// A child changed its place.
-class child_order_message_impl final : public child_order_message, public reversible<child_order_message_impl> {
+class child_order_message_impl final : public child_order_message,
+                                       public reversible<child_order_message_impl> {
 public:
     static constexpr bool keeps_undone = false;
-    child_order_message_impl(silent_edit* owner, kelm::object* child, std::size_t new_pos, std::size_t old_pos)
-        : reversible(message_type::child_order, owner), new_pos_(static_cast<u32>(new_pos)), child_(child),
+    child_order_message_impl(silent_edit* owner, kelm::object* child, std::size_t new_pos,
+                             std::size_t old_pos)
+        : reversible(message_type::child_order, owner),
+          new_pos_(static_cast<u32>(new_pos)),
+          child_(child),
           old_pos_(static_cast<u32>(old_pos)) {}
 
     kelm::object* child() const override { return child_; }

@@ -11,7 +11,8 @@ using namespace message_text;
 namespace {
 
 std::string described(const char* what, kelm::observer* who, const object* subject) {
-    return what + type_and_path(message_cast<const object>(who), ":") + ", subject: " + type_and_path(subject, ":");
+    return what + type_and_path(message_cast<const object>(who), ":") +
+           ", subject: " + type_and_path(subject, ":");
 }
 
 } // namespace

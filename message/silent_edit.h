@@ -35,9 +35,11 @@ public:
 
     // Elements of an own vector value.
     /// Puts `element` in and gives back in it what stood there; does nothing when there is no such element.
-    virtual void exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) = 0;
+    virtual void exchange_element(u32 id, std::size_t position,
+                                  std::unique_ptr<abstract_property>& element) = 0;
     /// Takes `element` over only when it can be put in.
-    virtual void insert_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) = 0;
+    virtual void insert_element(u32 id, std::size_t position,
+                                std::unique_ptr<abstract_property>& element) = 0;
     /// Takes out `wanted`, looked for at `position` first; null takes whatever stands there.
     virtual std::unique_ptr<abstract_property> take_element(u32 id, std::size_t position,
                                                             const abstract_property* wanted) = 0;
@@ -59,7 +61,8 @@ public:
     virtual inherited_values inherited_now() const = 0;
     /// Tells observers, here and on inheritors, how the inherited values differ from `before`; with `with_deletes`
     /// also of those that are gone.  \returns false when an observer refused
-    virtual bool tell_inherited_changes(const inherited_values& before, bool with_deletes, bool first_run) = 0;
+    virtual bool tell_inherited_changes(const inherited_values& before, bool with_deletes,
+                                        bool first_run) = 0;
 
     // Observers that are objects.
     virtual void attach_silently(observer& who, u32 id) = 0;

@@ -24,7 +24,8 @@ bool tran_begin_message_impl::undo() {
     return true;
 }
 
-tran_end_message_impl::tran_end_message_impl(silent_edit* model) : message_impl(message_type::tran_end, model) {}
+tran_end_message_impl::tran_end_message_impl(silent_edit* model)
+    : message_impl(message_type::tran_end, model) {}
 
 std::string& tran_end_message_impl::to_string(std::string& out) const {
     return out = " End Transaction - " + (partner_ ? partner_->name() : std::string{});
@@ -41,8 +42,8 @@ bool tran_end_message_impl::undo() {
 }
 
 std::string& tran_rollback_message_impl::to_string(std::string& out) const {
-    return out = "*******   Rollback Transaction - Level " + std::to_string(static_cast<int>(level())) + ", " +
-                 std::to_string(static_cast<int>(id()));
+    return out = "*******   Rollback Transaction - Level " + std::to_string(static_cast<int>(level())) +
+                 ", " + std::to_string(static_cast<int>(id()));
 }
 
 std::string& model_close_message_impl::to_string(std::string& out) const {

@@ -20,7 +20,9 @@ public:
     value_custody& operator=(const value_custody&) = delete;
     ~value_custody() { release(); }
 
-    abstract_property* get() const { return reinterpret_cast<abstract_property*>(tagged_ - (holds() ? 1 : 0)); }
+    abstract_property* get() const {
+        return reinterpret_cast<abstract_property*>(tagged_ - (holds() ? 1 : 0));
+    }
     bool holds() const { return (reinterpret_cast<std::uintptr_t>(tagged_) & 1) != 0; }
 
     /// Gives the value to the object; it stays known here.  \returns null when it is not held

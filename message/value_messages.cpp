@@ -14,18 +14,29 @@ void property_change_message_impl::tell() {
     edit().pass_to_inheritors(*this, property_type_);
 }
 
-property_set_message_impl::property_set_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
-                                                     abstract_property* new_value, u32 id, kelm::object* old_owner)
-    : reversible(message_type::property_set, about, id), new_(new_value), old_(std::move(old_value)),
+property_set_message_impl::property_set_message_impl(silent_edit* about,
+                                                     std::unique_ptr<abstract_property> old_value,
+                                                     abstract_property* new_value, u32 id,
+                                                     kelm::object* old_owner)
+    : reversible(message_type::property_set, about, id),
+      new_(new_value),
+      old_(std::move(old_value)),
       old_owner_(old_owner) {}
 
 property_set_message_impl::property_set_message_impl(silent_edit* about, abstract_property* old_value,
-                                                     abstract_property* new_value, u32 id, kelm::object* old_owner)
-    : reversible(message_type::property_set, about, id), new_(new_value), old_(old_value), old_owner_(old_owner) {}
+                                                     abstract_property* new_value, u32 id,
+                                                     kelm::object* old_owner)
+    : reversible(message_type::property_set, about, id),
+      new_(new_value),
+      old_(old_value),
+      old_owner_(old_owner) {}
 
-property_set_message_impl::property_set_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
+property_set_message_impl::property_set_message_impl(silent_edit* about,
+                                                     std::unique_ptr<abstract_property> old_value,
                                                      std::unique_ptr<abstract_property> new_value, u32 id)
-    : reversible(message_type::property_set, about, id), new_(std::move(new_value)), old_(std::move(old_value)),
+    : reversible(message_type::property_set, about, id),
+      new_(std::move(new_value)),
+      old_(std::move(old_value)),
       old_owner_(nullptr) {}
 
 value_ptr property_set_message_impl::new_value() const { return share(clone(new_.get())); }
@@ -56,16 +67,17 @@ void property_set_message_impl::inverse() {
 }
 
 std::string& property_set_message_impl::to_string(std::string& out) const {
-    return out = "Changed " + type_and_path(object()) + " " + property_of(object(), property_type()) + " from " +
-                 value_or_null(old_.get()) + " to " + value_or_null(new_.get());
+    return out = "Changed " + type_and_path(object()) + " " + property_of(object(), property_type()) +
+                 " from " + value_or_null(old_.get()) + " to " + value_or_null(new_.get());
 }
 
 property_delete_message_impl::property_delete_message_impl(silent_edit* about,
-                                                           std::unique_ptr<abstract_property> old_value, u32 id)
+                                                           std::unique_ptr<abstract_property> old_value,
+                                                           u32 id)
     : reversible(message_type::property_delete, about, id), old_(std::move(old_value)) {}
 
-property_delete_message_impl::property_delete_message_impl(silent_edit* about, abstract_property* old_value, u32 id,
-                                                           kelm::object* real_owner)
+property_delete_message_impl::property_delete_message_impl(silent_edit* about, abstract_property* old_value,
+                                                           u32 id, kelm::object* real_owner)
     : reversible(message_type::property_delete, about, id, real_owner), old_(old_value) {}
 
 value_ptr property_delete_message_impl::old_value() const { return share(clone(old_.get())); }

@@ -16,7 +16,8 @@ class property_change_message_impl : public message_impl, public virtual propert
 public:
     /// \param real_owner  where the value lies; null stands for `about`
     property_change_message_impl(u32 type, silent_edit* about, u32 id, kelm::object* real_owner = nullptr)
-        : message_impl(type, about), property_type_(id),
+        : message_impl(type, about),
+          property_type_(id),
           real_owner_(real_owner ? real_owner : static_cast<kelm::object*>(about)) {}
 
     u32 property_type() const final { return property_type_; }
@@ -40,8 +41,8 @@ public:
     property_set_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
                               abstract_property* new_value, u32 id, kelm::object* old_owner);
     /// For telling only: both values are lent.
-    property_set_message_impl(silent_edit* about, abstract_property* old_value, abstract_property* new_value, u32 id,
-                              kelm::object* old_owner);
+    property_set_message_impl(silent_edit* about, abstract_property* old_value, abstract_property* new_value,
+                              u32 id, kelm::object* old_owner);
 
     value_ptr new_value() const override;
     value_ptr old_value() const override;
@@ -72,8 +73,9 @@ private:
 };
 
 /// An own value was taken away.
-class property_delete_message_impl : public reversible<property_delete_message_impl, property_change_message_impl>,
-                                     public property_delete_message {
+class property_delete_message_impl
+    : public reversible<property_delete_message_impl, property_change_message_impl>,
+      public property_delete_message {
 public:
     static constexpr bool keeps_undone = true;
     property_delete_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value, u32 id);
@@ -113,7 +115,9 @@ public:
 
     void forward() { edit().mark_not_inheritable(property_type_, flag_); }
     void backward() { edit().mark_not_inheritable(property_type_, !flag_); }
-    void inverse() { tell_inverse<property_set_not_inheritable_message_impl>(&edit(), property_type_, !flag_); }
+    void inverse() {
+        tell_inverse<property_set_not_inheritable_message_impl>(&edit(), property_type_, !flag_);
+    }
 
 protected:
     void tell() override;

@@ -16,18 +16,21 @@ std::size_t wide(u32 position) { return position == npos32 ? npos : position; }
 
 } // namespace
 
-property_set_vec_prop_message_impl::property_set_vec_prop_message_impl(silent_edit* about,
-                                                                       std::unique_ptr<abstract_property> old_value,
-                                                                       abstract_property* new_value, u32 id,
-                                                                       std::size_t pos)
-    : reversible(message_type::property_set_vec_prop, about, id), new_(new_value), old_(std::move(old_value)),
+property_set_vec_prop_message_impl::property_set_vec_prop_message_impl(
+    silent_edit* about, std::unique_ptr<abstract_property> old_value, abstract_property* new_value, u32 id,
+    std::size_t pos)
+    : reversible(message_type::property_set_vec_prop, about, id),
+      new_(new_value),
+      old_(std::move(old_value)),
       pos_(static_cast<u32>(pos)) {}
 
 property_set_vec_prop_message_impl::property_set_vec_prop_message_impl(silent_edit* about,
                                                                        abstract_property* old_value,
                                                                        abstract_property* new_value, u32 id,
                                                                        std::size_t pos)
-    : reversible(message_type::property_set_vec_prop, about, id), new_(new_value), old_(old_value),
+    : reversible(message_type::property_set_vec_prop, about, id),
+      new_(new_value),
+      old_(old_value),
       pos_(static_cast<u32>(pos)) {}
 
 value_ptr property_set_vec_prop_message_impl::new_value() const { return share(clone(new_.get())); }
@@ -57,15 +60,19 @@ std::string& property_set_vec_prop_message_impl::to_string(std::string& out) con
 }
 
 property_insert_vec_prop_message_impl::property_insert_vec_prop_message_impl(silent_edit* about,
-                                                                             abstract_property* element, u32 id,
-                                                                             std::size_t pos)
-    : reversible(message_type::property_insert_vec_prop, about, id), value_(element), pos_(static_cast<u32>(pos)),
+                                                                             abstract_property* element,
+                                                                             u32 id, std::size_t pos)
+    : reversible(message_type::property_insert_vec_prop, about, id),
+      value_(element),
+      pos_(static_cast<u32>(pos)),
       was_put_in_(true) {}
 
 property_insert_vec_prop_message_impl::property_insert_vec_prop_message_impl(
     silent_edit* about, std::unique_ptr<abstract_property> element, u32 id, std::size_t pos)
-    : reversible(message_type::property_insert_vec_prop, about, id), value_(std::move(element)),
-      pos_(static_cast<u32>(pos)), was_put_in_(false) {}
+    : reversible(message_type::property_insert_vec_prop, about, id),
+      value_(std::move(element)),
+      pos_(static_cast<u32>(pos)),
+      was_put_in_(false) {}
 
 value_ptr property_insert_vec_prop_message_impl::value() const { return share(clone(value_.get())); }
 
@@ -83,7 +90,8 @@ void property_insert_vec_prop_message_impl::backward() {
 }
 
 void property_insert_vec_prop_message_impl::inverse() {
-    tell_inverse<property_delete_vec_prop_message_impl>(&edit(), value_.get(), property_type(), std::size_t{pos_});
+    tell_inverse<property_delete_vec_prop_message_impl>(&edit(), value_.get(), property_type(),
+                                                        std::size_t{pos_});
 }
 
 std::string& property_insert_vec_prop_message_impl::to_string(std::string& out) const {
@@ -92,13 +100,16 @@ std::string& property_insert_vec_prop_message_impl::to_string(std::string& out) 
 
 property_delete_vec_prop_message_impl::property_delete_vec_prop_message_impl(
     silent_edit* about, std::unique_ptr<abstract_property> element, u32 id, std::size_t pos)
-    : reversible(message_type::property_delete_vec_prop, about, id), value_(std::move(element)),
+    : reversible(message_type::property_delete_vec_prop, about, id),
+      value_(std::move(element)),
       pos_(static_cast<u32>(pos)) {}
 
 property_delete_vec_prop_message_impl::property_delete_vec_prop_message_impl(silent_edit* about,
-                                                                             abstract_property* element, u32 id,
-                                                                             std::size_t pos)
-    : reversible(message_type::property_delete_vec_prop, about, id), value_(element), pos_(static_cast<u32>(pos)) {}
+                                                                             abstract_property* element,
+                                                                             u32 id, std::size_t pos)
+    : reversible(message_type::property_delete_vec_prop, about, id),
+      value_(element),
+      pos_(static_cast<u32>(pos)) {}
 
 value_ptr property_delete_vec_prop_message_impl::value() const { return share(clone(value_.get())); }
 
@@ -114,7 +125,8 @@ void property_delete_vec_prop_message_impl::backward() {
 }
 
 void property_delete_vec_prop_message_impl::inverse() {
-    tell_inverse<property_insert_vec_prop_message_impl>(&edit(), value_.get(), property_type(), std::size_t{pos_});
+    tell_inverse<property_insert_vec_prop_message_impl>(&edit(), value_.get(), property_type(),
+                                                        std::size_t{pos_});
 }
 
 std::string& property_delete_vec_prop_message_impl::to_string(std::string& out) const {
@@ -123,9 +135,12 @@ std::string& property_delete_vec_prop_message_impl::to_string(std::string& out) 
 
 element_position_vec_prop_message_impl::element_position_vec_prop_message_impl(silent_edit* about, u32 id,
                                                                                std::size_t old_pos,
-                                                                               std::size_t new_pos, bool moved)
-    : reversible(message_type::element_position_vec_prop, about, id), old_pos_(static_cast<u32>(old_pos)),
-      new_pos_(static_cast<u32>(new_pos)), moved_(moved) {}
+                                                                               std::size_t new_pos,
+                                                                               bool moved)
+    : reversible(message_type::element_position_vec_prop, about, id),
+      old_pos_(static_cast<u32>(old_pos)),
+      new_pos_(static_cast<u32>(new_pos)),
+      moved_(moved) {}
 
 void element_position_vec_prop_message_impl::forward() {
     if (moved_) edit().move_element(property_type(), wide(old_pos_), wide(new_pos_));
@@ -141,8 +156,9 @@ void element_position_vec_prop_message_impl::inverse() {
 }
 
 std::string& element_position_vec_prop_message_impl::to_string(std::string& out) const {
-    return out = "Changed " + property_of(object(), property_type()) + " of " + type_and_path(object()) + " from " +
-                 std::to_string(static_cast<int>(old_pos_)) + " to " + std::to_string(static_cast<int>(new_pos_));
+    return out = "Changed " + property_of(object(), property_type()) + " of " + type_and_path(object()) +
+                 " from " + std::to_string(static_cast<int>(old_pos_)) + " to " +
+                 std::to_string(static_cast<int>(new_pos_));
 }
 
 } // namespace kelm

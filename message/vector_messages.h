@@ -18,8 +18,8 @@ public:
     property_set_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> old_value,
                                        abstract_property* new_value, u32 id, std::size_t pos);
     /// For telling only: both elements are lent.
-    property_set_vec_prop_message_impl(silent_edit* about, abstract_property* old_value, abstract_property* new_value,
-                                       u32 id, std::size_t pos);
+    property_set_vec_prop_message_impl(silent_edit* about, abstract_property* old_value,
+                                       abstract_property* new_value, u32 id, std::size_t pos);
 
     value_ptr new_value() const override;
     value_ptr old_value() const override;
@@ -46,11 +46,12 @@ class property_insert_vec_prop_message_impl final
 public:
     static constexpr bool keeps_undone = true;
     /// \param element  lent: the vector holds it
-    property_insert_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id, std::size_t pos);
+    property_insert_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id,
+                                          std::size_t pos);
     /// An element whose position was behind the end: the vector never held it, and the message keeps it on both
     /// sides of undo.
-    property_insert_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element, u32 id,
-                                          std::size_t pos);
+    property_insert_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element,
+                                          u32 id, std::size_t pos);
 
     value_ptr value() const override;
     u32 pos() const override { return pos_; }
@@ -74,10 +75,11 @@ class property_delete_vec_prop_message_impl final
       public property_delete_vec_prop_message {
 public:
     static constexpr bool keeps_undone = true;
-    property_delete_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element, u32 id,
-                                          std::size_t pos);
+    property_delete_vec_prop_message_impl(silent_edit* about, std::unique_ptr<abstract_property> element,
+                                          u32 id, std::size_t pos);
     /// For telling only: the element is lent.
-    property_delete_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id, std::size_t pos);
+    property_delete_vec_prop_message_impl(silent_edit* about, abstract_property* element, u32 id,
+                                          std::size_t pos);
 
     value_ptr value() const override;
     u32 pos() const override { return pos_; }
@@ -100,8 +102,8 @@ class element_position_vec_prop_message_impl final
 public:
     static constexpr bool keeps_undone = false;
     /// \param moved  false when there was no element to move: undo and redo then only tell
-    element_position_vec_prop_message_impl(silent_edit* about, u32 id, std::size_t old_pos, std::size_t new_pos,
-                                           bool moved);
+    element_position_vec_prop_message_impl(silent_edit* about, u32 id, std::size_t old_pos,
+                                           std::size_t new_pos, bool moved);
 
     u32 old_pos() const override { return old_pos_; }
     u32 new_pos() const override { return new_pos_; }

@@ -32,7 +32,8 @@ std::size_t child_list::run_size(u32 type) const {
 
 object_impl* child_list::at(u32 type, std::size_t position) const {
     const place at = find(type);
-    return at != runs_.end() && at->type == type && position < at->objects.size() ? at->objects[position] : nullptr;
+    return at != runs_.end() && at->type == type && position < at->objects.size() ? at->objects[position]
+                                                                                  : nullptr;
 }
 
 std::size_t child_list::position_of(const object_impl& child) const {
@@ -69,8 +70,7 @@ void child_list::append_to(std::vector<object*>& out) const {
 
 void child_list::append_run_to(std::vector<object*>& out, u32 type) const {
     const place at = find(type);
-    if (at != runs_.end() && at->type == type)
-        out.insert(out.end(), at->objects.begin(), at->objects.end());
+    if (at != runs_.end() && at->type == type) out.insert(out.end(), at->objects.begin(), at->objects.end());
 }
 
 } // namespace kelm

@@ -21,7 +21,8 @@ object_impl& make_object(u32 type, object_impl& owner) {
 }
 
 bool run_create_hooks(object_impl& made) {
-    return made.run<obj_create_semantic>([&](obj_create_semantic& h) { return h.do_it(&made); }) || made.refuse();
+    return made.run<obj_create_semantic>([&](obj_create_semantic& h) { return h.do_it(&made); }) ||
+           made.refuse();
 }
 
 /// Puts a new object last among the children of its type.  The message of it is not the user's own doing.
@@ -114,7 +115,8 @@ bool framework_impl::close_model(object& root, bool by_force) {
     if (!by_force) {
         const message_history_impl::in_use guard{closing.log()};
         closing.set_state(state::being_deleted);
-        if (!closing.run<obj_pre_delete_semantic>([&](obj_pre_delete_semantic& h) { return h.do_it(&root); })) {
+        if (!closing.run<obj_pre_delete_semantic>(
+                [&](obj_pre_delete_semantic& h) { return h.do_it(&root); })) {
             closing.refuse();
             closing.set_state(state::normal);
             return false;
@@ -153,7 +155,8 @@ void framework_impl::shutdown() {
         kelm::model* const first = models_.front();
         const bool closed = delete_object(first->as_object());
         // A hook that always refuses, or a model that was never finished, must not hold the process.
-        if (!models_.empty() && models_.front() == first && (!closed || first->as_object()->state() != state::normal))
+        if (!models_.empty() && models_.front() == first &&
+            (!closed || first->as_object()->state() != state::normal))
             if (!close_model(*first->as_object(), true)) break;
     }
     bare_objects().destroy_all();

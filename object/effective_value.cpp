@@ -18,8 +18,9 @@ namespace {
 ///          References that are null, numbers that are none, and kinds of an application's own are not taken for it.
 bool equals_its_clone(const abstract_property& value) {
     const abstract_property* const box = &value;
-    if (exact_cast<property<std::string>>(box) || exact_cast<property<int>>(box) || exact_cast<property<bool>>(box) ||
-        exact_cast<property<short>>(box) || exact_cast<property<long>>(box) || exact_cast<property<long long>>(box))
+    if (exact_cast<property<std::string>>(box) || exact_cast<property<int>>(box) ||
+        exact_cast<property<bool>>(box) || exact_cast<property<short>>(box) ||
+        exact_cast<property<long>>(box) || exact_cast<property<long long>>(box))
         return true;
     if (const auto* const reference = exact_cast<property<object*>>(box)) return reference->value != nullptr;
     const auto* const real = exact_cast<property<double>>(box);

@@ -12,7 +12,7 @@ class object_impl;
 
 /// A value that was found.
 struct effective_value {
-    const abstract_property* value = nullptr;     ///< borrowed, from an object or from `temporary`; null for none
+    const abstract_property* value = nullptr; ///< borrowed, from an object or from `temporary`; null for none
     std::unique_ptr<abstract_property> temporary; ///< made by a hook for this read
     object_impl* source = nullptr;                ///< the object that stores it; null for a temporary
 

@@ -16,12 +16,15 @@ constexpr u32 no_more_udp_ids = 65535;
 } // namespace
 
 model_impl::model_impl(bool assign_id)
-    : object_impl(type_id::model, nullptr, false, assign_id), model_guid_(make_guid()),
-      last_object_id_(last_id_of_new_model, npos32, "Maximum Number of Model Objects Allowed Has Been Reached...."),
+    : object_impl(type_id::model, nullptr, false, assign_id),
+      model_guid_(make_guid()),
+      last_object_id_(last_id_of_new_model, npos32,
+                      "Maximum Number of Model Objects Allowed Has Been Reached...."),
       last_udp_id_(property_id::first_user_defined, no_more_udp_ids,
                    "Maximum Number of User Defined Properties Allowed Has Been Reached...."),
       last_transaction_id_(0, npos32, "Maximum Number of Transaction Allowed Has Been Reached...."),
-      instance_meta_model_(instance_of_application{}), history_(*this) {
+      instance_meta_model_(instance_of_application{}),
+      history_(*this) {
     set_model(this);
     process().live_models.push_back(this);
 }

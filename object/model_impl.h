@@ -99,7 +99,9 @@ public:
     id_map& objects_by_id() { return objects_by_id_; }
     object_pool& pool() { return pool_; }
     /// Keeps a value that left the graph in no message, so that it lives as long as the model.
-    void keep_lost_value(std::unique_ptr<abstract_property> value) { lost_values_.push_back(std::move(value)); }
+    void keep_lost_value(std::unique_ptr<abstract_property> value) {
+        lost_values_.push_back(std::move(value));
+    }
     /// \returns whether the model still stands
     static bool is_alive(const kelm::model* which);
 

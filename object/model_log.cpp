@@ -68,7 +68,8 @@ tran_begin_message* model_impl::next_transaction(tran_begin_message* after) cons
 tran_begin_message* model_impl::previous_transaction(tran_begin_message* before) const {
     if (!before) return last_transaction();
     const messages& log = history_.done();
-    const std::size_t at = find_begin(log, [&](const auto& begin) { return is_top_level(begin) && &begin == before; });
+    const std::size_t at =
+        find_begin(log, [&](const auto& begin) { return is_top_level(begin) && &begin == before; });
     if (at == npos || at == 0 || log[at - 1]->type() != message_type::tran_end) return nullptr;
     const auto& end = static_cast<const tran_end_message_impl&>(*log[at - 1]);
     return end.level() == 0 ? end.partner() : nullptr;

@@ -14,22 +14,22 @@ namespace kelm {
 
 /// What a row's change() has come to.
 enum class step {
-    go_on,           ///< the change is made: record it
-    nothing_to_do,   ///< nothing changed, or nothing that is recorded
-    refuse,          ///< the operation does not fit
-    failed           ///< a mutation inside this one was refused, and has done what follows
+    go_on,         ///< the change is made: record it
+    nothing_to_do, ///< nothing changed, or nothing that is recorded
+    refuse,        ///< the operation does not fit
+    failed         ///< a mutation inside this one was refused, and has done what follows
 };
 
 /// A row holds the object, the arguments, and what the change brings to light on the way.
 template <class Row>
 concept mutation_row = requires(Row& row, object_impl& at, message_impl& said) {
     { row.self } -> std::same_as<object_impl&>;
-    { row.pre(at) } -> std::same_as<bool>;           // hooks before, at the object or an inheritor
-    { row.post(at) } -> std::same_as<bool>;          // hooks behind
+    { row.pre(at) } -> std::same_as<bool>;  // hooks before, at the object or an inheritor
+    { row.post(at) } -> std::same_as<bool>; // hooks behind
     { row.change() } -> std::same_as<step>;
     { row.message() } -> std::convertible_to<std::unique_ptr<message_impl>>;
     { row.stops_when_deleted() } -> std::same_as<bool>;
-    { row.pass(said) } -> std::same_as<bool>;        // tells inheritors
+    { row.pass(said) } -> std::same_as<bool>; // tells inheritors
     { Row::reaches_inheritors } -> std::convertible_to<bool>;
 };
 

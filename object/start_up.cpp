@@ -36,8 +36,8 @@ void framework_impl::add_meta_attribute(u32 id, const std::string& name, bool is
     meta_attributes().add(id, name, nullptr, is_inheritable);
 }
 
-void framework_impl::add_meta_attribute_with_default(u32 id, const std::string& name, const abstract_property& value,
-                                                     bool is_inheritable) {
+void framework_impl::add_meta_attribute_with_default(u32 id, const std::string& name,
+                                                     const abstract_property& value, bool is_inheritable) {
     meta_attributes().add(id, name, clone(&value), is_inheritable);
 }
 

@@ -55,8 +55,8 @@ void transaction_object::commit() {
     }
     const tran_begin_message* const current = transaction_model_->current_transaction();
     if (current->id() != transaction_id_) {
-        complain_of("Trying to commit transaction " + transaction_name_ + ". But the current transaction is " +
-                    current->name() + "!");
+        complain_of("Trying to commit transaction " + transaction_name_ +
+                    ". But the current transaction is " + current->name() + "!");
         return; // still held: the destructor tries to roll back
     }
     transaction_model_->end_transaction();
@@ -70,8 +70,8 @@ void transaction_object::rollback() {
     if (current->id() == transaction_id_)
         transaction_model_->rollback_transaction();
     else if (transaction_model_->find_transaction(transaction_id_, nullptr))
-        complain_of("Trying to rollback transaction " + transaction_name_ + ". But the current transaction is " +
-                    current->name() + "!");
+        complain_of("Trying to rollback transaction " + transaction_name_ +
+                    ". But the current transaction is " + current->name() + "!");
     reset();
 }
 

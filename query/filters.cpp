@@ -25,7 +25,8 @@ bool obj_filter_type::do_it(const object* candidate) const {
     return candidate->type() != type_ && !(derived_ && meta_ && meta_->is_base_of(candidate->type()));
 }
 
-obj_filter_types::obj_filter_types(std::vector<u32> types, bool derived) : types_(std::move(types)), derived_(derived) {
+obj_filter_types::obj_filter_types(std::vector<u32> types, bool derived)
+    : types_(std::move(types)), derived_(derived) {
     if (!derived_) return;
     for (const u32 type : types_)
         if (meta_object* const meta = application_type(type)) metas_.push_back(meta);

@@ -18,7 +18,7 @@ namespace free_list {
 /// the grain: no type needs more, since its size is a multiple of its alignment.
 inline constexpr std::size_t grain = 8;
 inline constexpr std::size_t coarse = 16;
-inline constexpr std::size_t largest = 256;         ///< what is larger goes to the global operator new
+inline constexpr std::size_t largest = 256; ///< what is larger goes to the global operator new
 inline constexpr std::size_t slab_size = std::size_t{64} * 1024; ///< what is fetched at a time
 inline constexpr bool enabled = KELM_FREE_LISTS != 0;
 

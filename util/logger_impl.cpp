@@ -57,7 +57,9 @@ bool kelm_logger_impl::log(const std::string& text) {
     return true;
 }
 
-bool kelm_logger_impl::log(const std::string& format, const std::string& a) { return log(formatted(format, {&a})); }
+bool kelm_logger_impl::log(const std::string& format, const std::string& a) {
+    return log(formatted(format, {&a}));
+}
 
 bool kelm_logger_impl::log(const std::string& format, const std::string& a, const std::string& b) {
     return log(formatted(format, {&a, &b}));

@@ -17,7 +17,8 @@ public:
              const std::string& d, const std::string& e) override;
     bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c,
              const std::string& d) override;
-    bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c) override;
+    bool log(const std::string& format, const std::string& a, const std::string& b,
+             const std::string& c) override;
     bool log(const std::string& format, const std::string& a, const std::string& b) override;
     bool log(const std::string& format, const std::string& a) override;
     bool log(const std::string& text) override;

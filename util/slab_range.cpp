@@ -29,8 +29,8 @@ constinit slot_range range{};
 bool reserve_for(std::size_t size) {
     if (range.tried) return range.begin && range.slot_size == size;
     range.tried = true;
-    void* const memory =
-        mmap(nullptr, reserved_bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    void* const memory = mmap(nullptr, reserved_bytes, PROT_READ | PROT_WRITE,
+                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED) return false; // a limit on addresses: the general allocator serves
     range.begin = range.fresh = static_cast<std::byte*>(memory);
     range.end = range.begin + reserved_bytes;
@@ -40,7 +40,8 @@ bool reserve_for(std::size_t size) {
 
 bool is_slot(const void* memory) {
     const auto at = reinterpret_cast<std::uintptr_t>(memory);
-    return at >= reinterpret_cast<std::uintptr_t>(range.begin) && at < reinterpret_cast<std::uintptr_t>(range.end);
+    return at >= reinterpret_cast<std::uintptr_t>(range.begin) &&
+           at < reinterpret_cast<std::uintptr_t>(range.end);
 }
 
 } // namespace

@@ -33,8 +33,8 @@ public:
 
     virtual void add_meta_attribute(u32 id, const std::string& name, bool is_inheritable) = 0;
     /// Stores a clone of `value` as the default.
-    virtual void add_meta_attribute_with_default(u32 id, const std::string& name, const abstract_property& value,
-                                                 bool is_inheritable) = 0;
+    virtual void add_meta_attribute_with_default(u32 id, const std::string& name,
+                                                 const abstract_property& value, bool is_inheritable) = 0;
     virtual meta_attribute* find_meta_attribute(u32 id) = 0;
     /// Appends all ids, ascending.
     virtual void meta_attribute_ids(std::vector<u32>& out) = 0;

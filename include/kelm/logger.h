@@ -12,10 +12,10 @@ namespace kelm {
 class KELM_EXPORT kelm_logger {
 public:
     /// Each prints `format` with its arguments, one for each %s, and answers false when the file is not to be had.
-    virtual bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c,
-                     const std::string& d, const std::string& e) = 0;
-    virtual bool log(const std::string& format, const std::string& a, const std::string& b, const std::string& c,
-                     const std::string& d) = 0;
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b,
+                     const std::string& c, const std::string& d, const std::string& e) = 0;
+    virtual bool log(const std::string& format, const std::string& a, const std::string& b,
+                     const std::string& c, const std::string& d) = 0;
     virtual bool log(const std::string& format, const std::string& a, const std::string& b,
                      const std::string& c) = 0;
     virtual bool log(const std::string& format, const std::string& a, const std::string& b) = 0;

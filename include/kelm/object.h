@@ -52,7 +52,8 @@ public:
     virtual void all_properties(value_map& out) const = 0;
     virtual shared_ptr<value_map> all_properties() const = 0;
     /// Records that an inherited value changed by other means; the object itself does not change.
-    virtual bool refresh_property(u32 id, const abstract_property* new_value, const abstract_property* old_value) = 0;
+    virtual bool refresh_property(u32 id, const abstract_property* new_value,
+                                  const abstract_property* old_value) = 0;
 
     // Elements of an own vector value, changed in place.  Positions count from 0; the size appends.
     /// A position behind the size puts nothing in; the operation goes on all the same.

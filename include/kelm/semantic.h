@@ -55,11 +55,11 @@ class post_prop_get_as_string_semantic : public semantic_of<6, object*, u32, std
 /// (object, id, new value, origin)
 class pre_prop_set_semantic : public semantic_of<7, object*, u32, given_value, object*> {};
 /// (object, id, new value, old, origin, source object of the old value)
-class post_prop_set_semantic
-    : public semantic_of<8, object*, u32, given_value, value_ptr, object*, object*> {};
+class post_prop_set_semantic : public semantic_of<8, object*, u32, given_value, value_ptr, object*, object*> {
+};
 /// (object, id, new element, position, origin)
-class pre_prop_set_vecprop_semantic
-    : public semantic_of<9, object*, u32, given_value, std::size_t, object*> {};
+class pre_prop_set_vecprop_semantic : public semantic_of<9, object*, u32, given_value, std::size_t, object*> {
+};
 /// (object, id, new element, position, old, origin)
 class post_prop_set_vecprop_semantic
     : public semantic_of<10, object*, u32, given_value, std::size_t, value_ptr, object*> {};
@@ -152,13 +152,14 @@ using all_semantics = kind_list<
     pre_prop_set_vecprop_semantic, post_prop_set_vecprop_semantic, pre_prop_insert_vecprop_semantic,
     post_prop_insert_vecprop_semantic, pre_prop_change_vecprop_elem_order_semantic,
     post_prop_change_vecprop_elem_order_semantic, pre_prop_delete_semantic, post_prop_delete_semantic,
-    pre_prop_delete_vecprop_semantic, post_prop_delete_vecprop_semantic, pre_prop_set_not_inheritable_semantic,
-    post_prop_set_not_inheritable_semantic, pre_add_child_semantic, post_add_child_semantic,
-    pre_remove_child_semantic, post_remove_child_semantic, pre_set_child_order_semantic,
-    post_set_child_order_semantic, pre_children_get_semantic, post_children_get_semantic,
-    pre_add_inherits_from_semantic, post_add_inherits_from_semantic, pre_cancel_inherits_from_semantic,
-    post_cancel_inherits_from_semantic, pre_replace_inherits_from_semantic, post_replace_inherits_from_semantic,
-    pre_insert_inherits_from_semantic, post_insert_inherits_from_semantic, pre_set_inherits_from_order_semantic,
+    pre_prop_delete_vecprop_semantic, post_prop_delete_vecprop_semantic,
+    pre_prop_set_not_inheritable_semantic, post_prop_set_not_inheritable_semantic, pre_add_child_semantic,
+    post_add_child_semantic, pre_remove_child_semantic, post_remove_child_semantic,
+    pre_set_child_order_semantic, post_set_child_order_semantic, pre_children_get_semantic,
+    post_children_get_semantic, pre_add_inherits_from_semantic, post_add_inherits_from_semantic,
+    pre_cancel_inherits_from_semantic, post_cancel_inherits_from_semantic, pre_replace_inherits_from_semantic,
+    post_replace_inherits_from_semantic, pre_insert_inherits_from_semantic,
+    post_insert_inherits_from_semantic, pre_set_inherits_from_order_semantic,
     post_set_inherits_from_order_semantic, pre_set_owner_semantic, post_set_owner_semantic,
     post_model_load_semantic, post_end_transaction_semantic, validate_semantic, read_newer_model_semantic>;
 static_assert(all_semantics::size == 45 && all_semantics::in_order(), "a kind is missing or out of place");

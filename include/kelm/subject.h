@@ -84,7 +84,7 @@ public:
     virtual std::vector<subject*> subjects() const;
 
 private:
-    friend class subject_impl; // keeps the two lists in step
+    friend class subject_impl;                        // keeps the two lists in step
     std::unique_ptr<std::vector<subject*>> subjects_; // null while attached to nothing
 };
 

@@ -27,7 +27,7 @@ private:
     int& deaths_;
 };
 
-class create_object : public model_hooks, public world {
+class create_object : public hooked_model_world {
 protected:
     /// \returns the models that this test has made itself, closed by it as well
     object* another_model() { return fw.create_object(type_id::model, nullptr); }

@@ -7,7 +7,7 @@
 namespace kelm::test {
 namespace {
 
-class short_forms : public model_hooks, public world {
+class short_forms : public hooked_model_world {
 protected:
     short_forms() : a(hooked("a")) {}
 

@@ -11,7 +11,7 @@
 namespace kelm::test {
 namespace {
 
-class models : public model_hooks, public world {
+class models : public hooked_model_world {
 protected:
     /// The implementation, where a counter has to be brought near its end.
     model_impl& inside() { return static_cast<model_impl&>(*model); }

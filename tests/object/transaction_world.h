@@ -6,7 +6,7 @@
 
 namespace kelm::test {
 
-class transaction_world : public model_hooks, public world {
+class transaction_world : public hooked_model_world {
 protected:
     transaction_world() : a(hooked("a")) {}
 

@@ -28,10 +28,8 @@ void note(hook_call& call, const value_ptr& argument) {
 void note(hook_call& call, abstract_property*& argument) { call.replaceable = &argument; }
 void note(hook_call& call, std::string& argument) { call.text = &argument; }
 template <class Number>
-    requires std::is_integral_v<Number>
-void note(hook_call& call, Number argument) {
-    call.numbers.push_back(static_cast<std::size_t>(argument));
-}
+requires std::is_integral_v<Number>
+void note(hook_call& call, Number argument) { call.numbers.push_back(static_cast<std::size_t>(argument)); }
 
 template <class Kind, class Base, int Rank>
 class programmable;

@@ -16,13 +16,13 @@ namespace kelm::test {
 /// One call of a hook, in a form that suits all kinds.
 struct hook_call {
     int kind = 0;
-    object* at = nullptr;                  ///< the object whose type holds the hook
-    std::vector<object*> others;           ///< further objects, in the order of the arguments
-    std::vector<std::size_t> numbers;      ///< ids, positions, flags, versions
-    std::vector<std::string> values;       ///< texts of values; "none" for an empty one
+    object* at = nullptr;                      ///< the object whose type holds the hook
+    std::vector<object*> others;               ///< further objects, in the order of the arguments
+    std::vector<std::size_t> numbers;          ///< ids, positions, flags, versions
+    std::vector<std::string> values;           ///< texts of values; "none" for an empty one
     abstract_property** replaceable = nullptr; ///< the value that a hook behind a read may replace
-    std::string* text = nullptr;           ///< the text that a hook behind a read as text may change
-    message* told = nullptr;               ///< the message of an update
+    std::string* text = nullptr;               ///< the text that a hook behind a read as text may change
+    message* told = nullptr;                   ///< the message of an update
 };
 
 /// What the hooks of the test types do, by kind; hooks that are not programmed pass.

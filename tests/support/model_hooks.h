@@ -8,14 +8,13 @@
 
 namespace kelm::test {
 
-/// What the hooks of models do.  A base in front of `world`, so that its model has them.
+/// What the hooks of models do.
 class model_hooks {
 protected:
     using action = std::function<bool(object*)>;
     using end_action = std::function<bool(kelm::model*)>;
 
     model_hooks() { register_once(); }
-    ~model_hooks() { clear(); }
     static void clear() { at_create = at_delete = at_pre_delete = nullptr, at_end = nullptr; }
 
     static inline action at_create;
@@ -46,6 +45,12 @@ private:
         }();
         if (!done) throw std::logic_error("the hooks of models are registered already");
     }
+};
+
+/// A fresh model with these hooks: they are registered before it is made, and pass again before it is closed.
+class hooked_model_world : protected model_hooks, public world {
+protected:
+    ~hooked_model_world() override { clear(); }
 };
 
 } // namespace kelm::test

@@ -16,7 +16,8 @@ bool recorder::update(subject*, message* what) {
 
 std::string line_of(const message* what) {
     std::string text;
-    return std::to_string(what->type()) + (what->is_first_run() ? " first " : " again ") + what->to_string(text);
+    return std::to_string(what->type()) + (what->is_first_run() ? " first " : " again ") +
+           what->to_string(text);
 }
 
 } // namespace kelm::test

@@ -24,8 +24,8 @@ public:
     /// \returns what was heard since the last call
     std::string take() { return std::exchange(heard_, {}); }
 
-    bool answer = true;                      ///< what update() returns
-    std::function<void(message*)> meanwhile; ///< done while being told
+    bool answer = true;                        ///< what update() returns
+    std::function<void(message*)> meanwhile;   ///< done while being told
     std::function<std::string(message*)> line; ///< another form of a line
 
 private:

@@ -89,7 +89,8 @@ void dump_object(std::ostream& out, object& of) {
     std::ranges::sort(marks);
     for (const u32 id : marks) out << "  not inheritable " << id << '\n';
     for (observer* who : of.observers())
-        if (const auto* const watching = dynamic_cast<object*>(who)) out << "  observer " << watching->id() << '\n';
+        if (const auto* const watching = dynamic_cast<object*>(who))
+            out << "  observer " << watching->id() << '\n';
 }
 
 } // namespace
@@ -117,7 +118,9 @@ std::string dump_of(kelm::model& of) {
 }
 
 world::world()
-    : fw(started_framework()), root(fw.create_object(type_id::model, nullptr)), model(root->model()),
+    : fw(started_framework()),
+      root(fw.create_object(type_id::model, nullptr)),
+      model(root->model()),
       hooks(hook_program::instance()) {
     hooks.clear();
 }
@@ -148,7 +151,8 @@ std::string world::history(std::size_t from) const {
     std::string lines;
     std::string text;
     for (std::size_t i = from; i < model->message_count(); ++i)
-        lines += std::to_string(model->message_at(i)->type()) + " " + model->message_at(i)->to_string(text) + "\n";
+        lines +=
+            std::to_string(model->message_at(i)->type()) + " " + model->message_at(i)->to_string(text) + "\n";
     return lines;
 }
 

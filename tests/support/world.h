@@ -62,9 +62,13 @@ protected:
     /// A named object below `owner`, or below the root.  Made in a transaction of its own, which is then forgotten, so
     /// that a test begins with an empty history, unless one is open.
     object* make(u32 type, const std::string& name, object* owner = nullptr);
-    object* thing(const std::string& name, object* owner = nullptr) { return make(types::thing, name, owner); }
+    object* thing(const std::string& name, object* owner = nullptr) {
+        return make(types::thing, name, owner);
+    }
     object* part(const std::string& name, object* owner = nullptr) { return make(types::part, name, owner); }
-    object* hooked(const std::string& name, object* owner = nullptr) { return make(types::hooked, name, owner); }
+    object* hooked(const std::string& name, object* owner = nullptr) {
+        return make(types::hooked, name, owner);
+    }
 
     void begin(const std::string& name = "t") { model->begin_transaction(name); }
     void end() { model->end_transaction(); }
