@@ -5,6 +5,7 @@
 #include "message/child_messages.h"
 #include "message/lifetime_messages.h"
 #include "object/model_impl.h"
+#include "object/reference_targets.h"
 
 #include <algorithm>
 
@@ -149,10 +150,7 @@ private:
     bool clear_references();
     bool clear_references_of(object_impl& referrer);
     bool clear_elements(object_impl& referrer, u32 id);
-    bool refers_to_self(const abstract_property* value) const {
-        const auto* const reference = dynamic_cast<const property<object*>*>(value);
-        return reference && reference->value == static_cast<object*>(&self_);
-    }
+    bool refers_to_self(const abstract_property* value) const { return target_of(value) == &self_; }
     std::size_t first_element(const object_impl& referrer, u32 id) const;
     bool still_refers(object_impl& referrer) const {
         return self_.references_to_this() && self_.references_to_this()->holds(&referrer);
@@ -183,7 +181,7 @@ bool deletion::clear_references_of(object_impl& referrer) {
     for (const auto& [id, value] : referrer.values()) {
         if (refers_to_self(value.get())) {
             notes.push_back({id, true});
-        } else if (const auto* const list = dynamic_cast<const vector_property*>(value.get())) {
+        } else if (const auto* const list = exact_cast<vector_property>(value.get())) {
             if (std::ranges::any_of(list->elements, [&](const auto* e) { return refers_to_self(e); }))
                 notes.push_back({id, false}); // one note serves all: they are searched for anew each time
         }
@@ -197,7 +195,7 @@ bool deletion::clear_references_of(object_impl& referrer) {
 }
 
 std::size_t deletion::first_element(const object_impl& referrer, u32 id) const {
-    const auto* const list = dynamic_cast<const vector_property*>(referrer.values().find(id));
+    const auto* const list = exact_cast<vector_property>(referrer.values().find(id));
     if (!list) return npos;
     const auto at = std::ranges::find_if(list->elements, [&](const auto* e) { return refers_to_self(e); });
     return at == list->elements.end() ? npos : static_cast<std::size_t>(at - list->elements.begin());
@@ -205,7 +203,7 @@ std::size_t deletion::first_element(const object_impl& referrer, u32 id) const {
 
 bool deletion::clear_elements(object_impl& referrer, u32 id) {
     const auto size_of = [&] {
-        const auto* const list = dynamic_cast<const vector_property*>(referrer.values().find(id));
+        const auto* const list = exact_cast<vector_property>(referrer.values().find(id));
         return list ? list->elements.size() : npos;
     };
     for (std::size_t at = first_element(referrer, id); at != npos; at = first_element(referrer, id)) {

@@ -5,6 +5,7 @@
 #include "message/observer_messages.h"
 #include "meta/meta_model_impl.h"
 #include "object/model_impl.h"
+#include "object/reference_targets.h"
 #include "util/slab_range.h"
 
 #include <algorithm>
@@ -128,19 +129,10 @@ bool object_impl::is_elsewhere(const object_impl& other, bool whole_model) const
 // The destructor asks nobody and tells nobody: what other objects, other models and observers still hold of this one
 // is cut here, so that nothing is left pointing at freed memory.
 void object_impl::unlink(bool whole_model) {
-    for (const auto& [id, value] : values_) {
-        if (!value) continue;
-        if (const auto* const reference = dynamic_cast<const property<object*>*>(value.get())) {
-            if (reference->value && is_elsewhere(*impl_of(reference->value), whole_model))
-                unlink_references(reference);
-        } else if (const auto* const list = dynamic_cast<const vector_property*>(value.get())) {
-            for (const abstract_property* element : list->elements) {
-                const auto* const held = dynamic_cast<const property<object*>*>(element);
-                if (held && held->value && is_elsewhere(*impl_of(held->value), whole_model))
-                    unlink_references(held);
-            }
-        }
-    }
+    for (const auto& [id, value] : values_)
+        for_each_target(value.get(), [&](object* target) {
+            if (is_elsewhere(*impl_of(target), whole_model)) impl_of(target)->drop_reference_from(*this);
+        });
     if (referencing_) {
         for (object_impl* const holder : referencing_->copy())
             if (is_elsewhere(*holder, whole_model)) holder->clear_references_to(*this);

@@ -199,6 +199,8 @@ protected:
 
 private:
     friend class object_pool; // keeps the object's place in it, and an owner as long as it is named
+    void add_reference_from(object_impl& holder);
+    void drop_reference_from(object_impl& holder);
     void link_references(const abstract_property* value);
     void unlink_references(const abstract_property* value);
     void clear_references_to(const object_impl& gone);

@@ -1,6 +1,7 @@
 // Questions about references between objects.
 // Back-lists are kept by the silent edits.
 #include "object/object_impl.h"
+#include "object/reference_targets.h"
 
 #include <kelm/meta_model.h>
 
@@ -11,19 +12,6 @@
 namespace kelm {
 
 namespace {
-
-/// Calls `visit` for each target of a value: a reference, or the references in a vector.
-template <class Visit>
-void for_each_target(const abstract_property& value, Visit&& visit) {
-    if (const auto* const reference = dynamic_cast<const property<object*>*>(&value)) {
-        if (reference->value) visit(reference->value);
-    } else if (const auto* const list = dynamic_cast<const vector_property*>(&value)) {
-        for (const abstract_property* element : list->elements) {
-            const auto* const each = dynamic_cast<const property<object*>*>(element);
-            if (each && each->value) visit(each->value);
-        }
-    }
-}
 
 /// Calls `visit(id, value)` for the effective value of each property of the type, ascending by id.
 template <class Visit>
@@ -53,7 +41,7 @@ std::vector<object*> object_impl::referenced_objects() const {
     std::vector<object*> out;
     std::unordered_set<object*> seen;
     for_each_effective(*this, [&](u32, const abstract_property& value) {
-        for_each_target(value, [&](object* target) {
+        for_each_target(&value, [&](object* target) {
             if (seen.insert(target).second) out.push_back(target);
         });
     });
@@ -64,7 +52,7 @@ std::vector<u32> object_impl::referencing_property_ids(object* target) const {
     std::vector<u32> out;
     for_each_effective(*this, [&](u32 id, const abstract_property& value) {
         bool refers = false;
-        for_each_target(value, [&](object* each) { refers = refers || each == target; });
+        for_each_target(&value, [&](object* each) { refers = refers || each == target; });
         if (refers) out.push_back(id);
     });
     return out;

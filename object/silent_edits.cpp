@@ -1,43 +1,27 @@
 // The second storey of a change: values, elements and children of one object, changed without a word.
 // Edits of bases are inherit_edits.cpp.
 #include "object/object_impl.h"
+#include "object/reference_targets.h"
 
 namespace kelm {
 
-namespace {
-
-const object_impl* target_of(const abstract_property* value) {
-    const auto* const reference = exact_cast<property<object*>>(value);
-    return reference && reference->value ? impl_of(reference->value) : nullptr;
+void object_impl::add_reference_from(object_impl& holder) {
+    if (!referencing_) referencing_ = std::make_unique<back_links>();
+    referencing_->add(&holder);
 }
 
-/// Calls `visit` for each target of a reference, or of the references in a vector.
-template <class Visit>
-void for_each_target(const abstract_property* value, Visit&& visit) {
-    if (!value) return;
-    if (const auto* const target = target_of(value)) {
-        visit(const_cast<object_impl&>(*target));
-    } else if (const auto* const list = exact_cast<vector_property>(value)) {
-        for (const abstract_property* element : list->elements)
-            if (const auto* const each = target_of(element)) visit(const_cast<object_impl&>(*each));
-    }
+void object_impl::drop_reference_from(object_impl& holder) {
+    if (!referencing_) return;
+    referencing_->remove(&holder);
+    if (referencing_->empty()) referencing_.reset();
 }
-
-} // namespace
 
 void object_impl::link_references(const abstract_property* value) {
-    for_each_target(value, [this](object_impl& target) {
-        if (!target.referencing_) target.referencing_ = std::make_unique<back_links>();
-        target.referencing_->add(this);
-    });
+    for_each_target(value, [this](object* target) { impl_of(target)->add_reference_from(*this); });
 }
 
 void object_impl::unlink_references(const abstract_property* value) {
-    for_each_target(value, [this](object_impl& target) {
-        if (!target.referencing_) return;
-        target.referencing_->remove(this);
-        if (target.referencing_->empty()) target.referencing_.reset();
-    });
+    for_each_target(value, [this](object* target) { impl_of(target)->drop_reference_from(*this); });
 }
 
 std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id,

@@ -7,8 +7,8 @@ namespace kelm {
 
 namespace {
 
-vector_property* own_vector_of(const object_impl& at, u32 id) {
-    return dynamic_cast<vector_property*>(at.values().find(id));
+const vector_property* own_vector_of(const object_impl& at, u32 id) {
+    return exact_cast<vector_property>(at.values().find(id));
 }
 
 struct insert_element_row : property_row {
