@@ -14,14 +14,10 @@ void abstract_property::operator delete(void* memory, std::size_t size) noexcept
     free_pooled(memory, size);
 }
 
-attribute_value_pair& attribute_value_pair::operator=(const attribute_value_pair& other) {
-    attribute_id = other.attribute_id;
-    // Kept: the former value is not freed and the other's is not cloned, so that two pairs hold one value until
-    // the caller sets one of them to null.  Applications move values between pairs this way.
-    value = other.value;
-    flag = other.flag;
-    return *this;
-}
+// Kept: the former value is not freed and the other's is not cloned, so that two pairs hold one value until the
+// caller sets one of them to null.  Applications move values between pairs this way.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): three plain copies, harmless to oneself
+attribute_value_pair& attribute_value_pair::operator=(const attribute_value_pair& other) = default;
 
 attribute_value_pair::~attribute_value_pair() { delete value; }
 

@@ -20,7 +20,7 @@ namespace {
 
 void append(std::vector<abstract_property*>& elements, std::unique_ptr<abstract_property> element) {
     elements.push_back(element.get());
-    element.release();
+    static_cast<void>(element.release()); // the list has it now
 }
 
 void delete_all(std::vector<abstract_property*>& elements) {
