@@ -9,6 +9,7 @@
 #include "util/slab_range.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace kelm {
 
@@ -161,6 +162,7 @@ void object_impl::unlink_observers(bool whole_model) {
         if (!observing || is_elsewhere(*observing, whole_model)) subject_impl::detach(who);
     }
     for (subject* const watched : observer_impl::subjects()) {
+        assert(watched); // lists of subjects hold no null
         auto* const thing = dynamic_cast<object_impl*>(watched);
         if (!thing) {
             watched->detach(this);
