@@ -12,7 +12,7 @@ namespace kelm {
 
 namespace {
 
-constexpr std::size_t read_block = 64 * 1024;
+constexpr std::size_t read_block = std::size_t{64} * 1024;
 
 template <class Number>
 void put(std::ostream& out, Number value) {

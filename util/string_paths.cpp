@@ -63,6 +63,8 @@ std::string strip_delimiting_char_from_path_names(const std::string& s, char ope
     }
 }
 
+// By value: the text may be an element of `out`, which is emptied before it is read.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::size_t string_to_vector(std::string s, const std::string& separators, std::vector<std::string>& out) {
     // Made before `out` is emptied: `separators` may be one of its elements.
     const boost::char_separator<char> at_separators(separators.c_str(), "", boost::drop_empty_tokens);

@@ -7,10 +7,10 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <clocale>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <locale.h>
 
 namespace kelm {
 
