@@ -46,26 +46,28 @@ TEST(free_list, blocks_in_use_do_not_overlap) {
     for (const taken& one : all) free_pooled(one.memory, one.size);
 }
 
+#if KELM_FREE_LISTS
 TEST(free_list, a_freed_block_is_the_next_one_of_its_size_class) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     void* const first = allocate_pooled(33);
     free_pooled(first, 33);
     void* const again = allocate_pooled(40); // 33 to 40 bytes are one class
     EXPECT_EQ(again, first);
     free_pooled(again, 40);
 }
+#endif
 
+#if KELM_FREE_LISTS
 TEST(free_list, blocks_of_another_size_class_are_left_alone) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     void* const first = allocate_pooled(32);
     free_pooled(first, 32);
     void* const other = allocate_pooled(33);
     EXPECT_NE(other, first);
     free_pooled(other, 33);
 }
+#endif
 
+#if KELM_FREE_LISTS
 TEST(free_list, fresh_blocks_come_in_ascending_order_within_a_slab) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     // Whatever is in the list is taken out first; what comes then is fresh.
     std::vector<void*> held;
     while (free_list::state.heads[free_list::list_of(208)]) held.push_back(allocate_pooled(208));
@@ -79,9 +81,10 @@ TEST(free_list, fresh_blocks_come_in_ascending_order_within_a_slab) {
     EXPECT_LE(descents, 1 + count * 208 / free_list::slab_size);
     for (void* memory : held) free_pooled(memory, 208);
 }
+#endif
 
+#if KELM_FREE_LISTS
 TEST(free_list, the_rest_of_a_full_slab_is_not_lost) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     // 256 does not divide what a slab has to give (its first 16 bytes chain the slabs): 240 bytes remain.
     std::vector<void*> held;
     const free_list::block* const slab = free_list::state.slabs;
@@ -93,9 +96,10 @@ TEST(free_list, the_rest_of_a_full_slab_is_not_lost) {
     EXPECT_EQ(free_list::state.heads[free_list::list_of(240)], rest);
     for (void* memory : held) free_pooled(memory, 256);
 }
+#endif
 
+#if KELM_FREE_LISTS
 TEST(free_list, what_a_coarser_step_leaves_in_front_is_not_lost) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     // A block of an odd number of grains leaves the fresh memory between two coarse steps.
     std::vector<void*> held;
     const auto is_between = [] {
@@ -115,6 +119,7 @@ TEST(free_list, what_a_coarser_step_leaves_in_front_is_not_lost) {
     for (void* memory : odd) free_pooled(memory, 24);
     for (void* memory : held) free_pooled(memory, 112);
 }
+#endif
 
 TEST(free_list, freeing_null_does_nothing) {
     for (const std::size_t size : {0U, 1U, 16U, 256U, 257U, 100000U}) free_pooled(nullptr, size);
@@ -133,8 +138,8 @@ struct larger_thing final : small_thing {
 
 static_assert(sizeof(pooled) == 1, "the base is empty");
 
+#if KELM_FREE_LISTS
 TEST(free_list, a_pooled_class_gives_its_memory_back_in_its_true_size) {
-    if (!free_list::enabled) GTEST_SKIP() << "built without free lists";
     std::unique_ptr<small_thing> thing = std::make_unique<larger_thing>(7);
     EXPECT_EQ(thing->number, 7);
     const void* const memory = thing.get();
@@ -142,6 +147,7 @@ TEST(free_list, a_pooled_class_gives_its_memory_back_in_its_true_size) {
     const std::unique_ptr<small_thing> again = std::make_unique<larger_thing>(8);
     EXPECT_EQ(again.get(), memory);
 }
+#endif
 
 TEST(free_list, the_allocator_serves_containers) {
     std::list<int, pool_allocator<int>> list;
