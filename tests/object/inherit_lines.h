@@ -2,14 +2,12 @@
 // The descriptions of the library itself have tests of their own.
 #pragma once
 
-#include "tests/support/world.h"
+#include "tests/support/listening_world.h"
 
 #include <kelm/property_messages.h>
 #include <kelm/structure_messages.h>
 
 namespace kelm::test {
-
-inline std::string short_name(object* what) { return what ? object_name(what) : "nobody"; }
 
 /// \returns what a message of values or bases tells; empty for any other
 inline std::string details_of(const message* said) {
@@ -42,21 +40,10 @@ inline std::string inherit_line(message* said) {
 }
 
 /// A model whose inheritance is listened to.
-class inherit_world : public world {
+class inherit_world : public listening_world {
 protected:
     inherit_world() { ears.line = inherit_line; }
 
-    void listen(std::initializer_list<object*> to) {
-        for (object* each : to) ears.watch(each);
-    }
-    /// Runs a change in a transaction of its own.  \returns its result
-    template <class Change>
-    bool change(Change&& what) {
-        begin();
-        const bool done = what();
-        if (model->in_transaction()) end();
-        return done;
-    }
     /// Puts a text under props::text, without anybody listening yet.
     void give(object* to, const std::string& value, u32 id = props::text) {
         ASSERT_TRUE(change([&] { return to->set_property(id, text(value)); }));
@@ -64,15 +51,7 @@ protected:
     void link(object* from, object* base) {
         ASSERT_TRUE(change([&] { return from->add_inherits_from(base); }));
     }
-    /// Forgets what the preparation of a test has left behind.
-    void forget() {
-        model->clear_history();
-        ears.take();
-        hooks.take_log();
-    }
     std::string bases_of(const object* of) const { return names_of(of->inherits_from_list(0)); }
-
-    recorder ears;
 };
 
 } // namespace kelm::test

@@ -2,7 +2,7 @@
 // The descriptions that the library itself makes of them have tests of their own.
 #pragma once
 
-#include "tests/support/world.h"
+#include "tests/support/listening_world.h"
 
 #include <kelm/property_messages.h>
 
@@ -11,8 +11,6 @@
 #include <memory>
 
 namespace kelm::test {
-
-inline std::string short_name(const object* what) { return what ? object_name(what) : "nobody"; }
 
 /// \returns the text of a value; lists in brackets, texts in quotes, references by name, "none" for an empty one
 inline std::string value_text(const abstract_property* value) {
@@ -76,21 +74,10 @@ inline std::unique_ptr<vector_property> numbers(std::initializer_list<int> value
 }
 
 /// A model whose values are listened to.
-class value_world : public world {
+class value_world : public listening_world {
 protected:
     value_world() { ears.line = value_line; }
 
-    void listen(std::initializer_list<object*> to) {
-        for (object* each : to) ears.watch(each);
-    }
-    /// Runs a change in a transaction of its own.  \returns its result
-    template <class Change>
-    bool change(Change&& what) {
-        begin();
-        const bool done = what();
-        if (model->in_transaction()) end();
-        return done;
-    }
     /// Prepares values and links, and forgets the preparation.
     template <class Preparation>
     void prepare(Preparation&& what) {
@@ -98,12 +85,6 @@ protected:
         what();
         end();
         forget();
-    }
-    void forget() {
-        model->clear_history();
-        model->clear_modified();
-        ears.take();
-        hooks.take_log();
     }
     /// Gives `to` an own list of numbers.
     void give_list(object* to, std::initializer_list<int> values) {
@@ -118,8 +99,6 @@ protected:
                 out += value_line(model->message_at(i)) + "\n";
         return out;
     }
-
-    recorder ears;
 };
 
 } // namespace kelm::test
