@@ -97,6 +97,13 @@ owned<abstract_property*> create_value(u32 code) {
 
 u32 data_type_of(const abstract_property* value) { return value ? all().code_of(typeid(*value)) : 0; }
 
+u32 stream_code_of(const abstract_property* value) {
+    const u32 code = data_type_of(value);
+    if (code != 0 || !value) return code;
+    // Not registered, but of the Integer kind in all that a stream sees.
+    return typeid(*value) == typeid(property<unsigned>) ? data_type::integer : 0;
+}
+
 std::string data_type_name(u32 code) {
     const kind* const found = all().find(code);
     return found ? found->name : std::string{};

@@ -22,6 +22,9 @@ void register_built_in_data_types();
 /// \returns the lowest code whose type is the dynamic type of `value`; 0 when there is none, and for null
 [[nodiscard]] u32 data_type_of(const abstract_property* value);
 
+/// \returns the code that a stream gives the value, so that a reader can make its box again; 0 when none can
+[[nodiscard]] u32 stream_code_of(const abstract_property* value);
+
 /// \returns empty for an unknown code
 [[nodiscard]] std::string data_type_name(u32 code);
 

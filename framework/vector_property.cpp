@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <istream>
 #include <ostream>
-#include <typeinfo>
 #include <unordered_set>
 
 namespace kelm {
@@ -26,14 +25,6 @@ void append(std::vector<abstract_property*>& elements, std::unique_ptr<abstract_
 void delete_all(std::vector<abstract_property*>& elements) {
     for (const abstract_property* element : elements) delete element;
     elements.clear();
-}
-
-/// The code that stands before an element in a stream; 0 when nothing could read it back.
-u32 stream_code_of(const abstract_property* element) {
-    const u32 code = data_types::data_type_of(element);
-    if (code != 0 || !element) return code;
-    // Not registered, but of the Integer kind in all that a stream sees.
-    return typeid(*element) == typeid(property<unsigned>) ? data_type::integer : 0;
 }
 
 } // namespace
@@ -106,7 +97,7 @@ void vector_property::write(std::ostream& out) const {
     if (!out) return;
     put_u32(out, static_cast<u32>(elements.size()));
     for (const abstract_property* element : elements) {
-        const u32 code = stream_code_of(element);
+        const u32 code = data_types::stream_code_of(element);
         // Neither a null element nor one of a kind that is not registered could be read back.
         if (code == 0) out.setstate(std::ios_base::failbit);
         if (!out) return;

@@ -31,6 +31,7 @@ std::string& child_add_message_impl::to_string(std::string& out) const {
 }
 
 bool child_pre_remove_message_impl::redo() {
+    if (is_lost()) return true;
     tell();
     return true;
 }

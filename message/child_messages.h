@@ -19,6 +19,12 @@ public:
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("child_id", self.child_);
+        archive.number("pos", self.pos_);
+    }
+
     void forward();
     void backward();
     void inverse();
@@ -29,15 +35,21 @@ private:
 };
 
 /// A child is about to be deleted.
-class child_pre_remove_message_impl final : public child_pre_remove_message, public message_impl {
+class child_pre_remove_message_impl final : public child_pre_remove_message,
+                                            public recorded<child_pre_remove_message_impl> {
 public:
     child_pre_remove_message_impl(silent_edit* owner, kelm::object* child)
-        : message_impl(message_type::child_pre_remove, owner), child_(child) {}
+        : recorded(message_type::child_pre_remove, owner), child_(child) {}
 
     kelm::object* child() const override { return child_; }
     std::string& to_string(std::string& out) const override;
     bool redo() override;
     bool undo() override { return true; }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("child_id", self.child_);
+    }
 
 private:
     kelm::object* child_;
@@ -54,6 +66,12 @@ public:
     kelm::object* child() const override { return child_; }
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("child_id", self.child_);
+        archive.number("pos", self.pos_);
+    }
 
     void forward();
     void backward();
@@ -81,6 +99,13 @@ public:
     u32 old_pos() const override { return old_pos_; }
     std::string& to_string(std::string& out) const override;
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("child_id", self.child_);
+        archive.number("new_pos", self.new_pos_);
+        archive.number("old_pos", self.old_pos_);
+    }
+
     void forward();
     void backward();
     void inverse();
@@ -101,6 +126,12 @@ public:
     kelm::object* new_owner() const override { return new_owner_; }
     kelm::object* old_owner() const override { return old_owner_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("owner_id", self.new_owner_);
+        archive.object_id("old_owner", self.old_owner_);
+    }
 
     void forward() {} // the child_add_message before it has made the change
     void backward() { edit().set_owner_field(old_owner_); }

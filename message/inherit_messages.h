@@ -2,7 +2,7 @@
 // `object()` is the object that inherits; a change of its list also changes what it inherits, which is told with it.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 #include <kelm/structure_messages.h>
 
@@ -11,14 +11,14 @@ namespace kelm {
 /// Supplies redo() and undo() from Derived's forward(), backward() and inverse(), and tells how the inherited values
 /// differ behind each.  Derived::loses_forward and loses_backward say where values that are gone are told as well.
 template <class Derived>
-class relinking : public message_impl {
+class relinking : public recorded<Derived> {
 public:
-    using message_impl::message_impl;
+    using recorded<Derived>::recorded;
 
     bool redo() final {
         with_values(Derived::loses_forward, [this] {
             self().forward();
-            tell();
+            this->tell();
         });
         return true;
     }
@@ -35,9 +35,10 @@ private:
 
     template <class Change>
     void with_values(bool with_deletes, Change&& change) {
-        const inherited_values before = edit().inherited_now();
+        if (this->is_lost()) return;
+        const inherited_values before = this->edit().inherited_now();
         change();
-        edit().tell_inherited_changes(before, with_deletes, false);
+        this->edit().tell_inherited_changes(before, with_deletes, false);
     }
 };
 
@@ -57,6 +58,12 @@ public:
 
     kelm::object* inherits_from() const override { return base_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.number("pos", self.pos_);
+    }
 
     void forward();
     void backward();
@@ -80,6 +87,12 @@ public:
     kelm::object* inherits_from() const override { return base_; }
     std::string& to_string(std::string& out) const override;
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.number("pos", self.pos_);
+    }
+
     void forward();
     void backward();
     void inverse();
@@ -101,6 +114,12 @@ public:
     kelm::object* inherits_from() const override { return base_; }
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.number("pos", self.pos_);
+    }
 
     void forward();
     void backward();
@@ -129,6 +148,13 @@ public:
     u32 old_pos() const override { return old_pos_; }
     std::string& to_string(std::string& out) const override;
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.number("pos", self.new_pos_);
+        archive.number("old_pos", self.old_pos_);
+    }
+
     void forward();
     void backward();
     void inverse();
@@ -156,6 +182,13 @@ public:
     kelm::object* inherits_from() const override { return base_; }
     kelm::object* old_inherits_from() const override { return former_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.object_id("old_inherits_from", self.former_);
+        archive.number("pos", self.pos_);
+    }
 
     void forward();
     void backward();

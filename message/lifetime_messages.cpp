@@ -9,6 +9,7 @@ namespace kelm {
 using namespace message_text;
 
 bool obj_create_message_impl::redo() {
+    if (is_lost()) return true;
     edit().set_state(state::being_created);
     edit().enter_id_map();
     tell();
@@ -18,6 +19,7 @@ bool obj_create_message_impl::redo() {
 }
 
 bool obj_create_message_impl::undo() {
+    if (is_lost()) return true;
     edit().set_state(state::being_deleted);
     tell_inverse<obj_delete_message_impl>(&edit(), owner_);
     edit().leave_id_map();
@@ -37,6 +39,7 @@ std::string& obj_create_message_impl::to_string(std::string& out) const {
 }
 
 bool obj_pre_delete_message_impl::redo() {
+    if (is_lost()) return true;
     tell();
     return true;
 }
@@ -46,6 +49,7 @@ std::string& obj_pre_delete_message_impl::to_string(std::string& out) const {
 }
 
 bool obj_delete_message_impl::redo() {
+    if (is_lost()) return true;
     edit().set_state(state::being_deleted);
     tell();
     edit().leave_id_map();
@@ -55,6 +59,7 @@ bool obj_delete_message_impl::redo() {
 }
 
 bool obj_delete_message_impl::undo() {
+    if (is_lost()) return true;
     edit().set_state(state::being_created);
     edit().enter_id_map();
     tell_inverse<obj_create_message_impl>(&edit(), owner_);

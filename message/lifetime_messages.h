@@ -2,17 +2,17 @@
 // An object that is out of its model through one of them is that message's to give up.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 #include <kelm/structure_messages.h>
 
 namespace kelm {
 
 /// An object was made.  Undone, the message has the object, and frees it when it goes itself.
-class obj_create_message_impl final : public obj_create_message, public message_impl {
+class obj_create_message_impl final : public obj_create_message, public recorded<obj_create_message_impl> {
 public:
     obj_create_message_impl(silent_edit* about, kelm::object* owner)
-        : message_impl(message_type::obj_create, about), owner_(owner) {}
+        : recorded(message_type::obj_create, about), owner_(owner) {}
 
     kelm::object* owner() const override { return owner_; }
     u32 object_type() const override { return object_type_; }
@@ -20,6 +20,17 @@ public:
     bool redo() override;
     bool undo() override;
     void release_values() override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("owner_id", self.owner_);
+        archive.since(7, 13, [&] {
+            if constexpr (Archive::reads)
+                archive.attribute("otype", self.object_type_);
+            else
+                archive.attribute("otype", self.object() ? self.object()->type() : 0);
+        });
+    }
 
     /// The object outlives the message: code that is rolling back may still hold it.
     void keep_object() { set_mark(true); }
@@ -30,31 +41,42 @@ private:
 };
 
 /// An object is about to be deleted.
-class obj_pre_delete_message_impl final : public obj_pre_delete_message, public message_impl {
+class obj_pre_delete_message_impl final : public obj_pre_delete_message,
+                                          public recorded<obj_pre_delete_message_impl> {
 public:
     obj_pre_delete_message_impl(silent_edit* about, kelm::object* owner)
-        : message_impl(message_type::obj_pre_delete, about), owner_(owner) {}
+        : recorded(message_type::obj_pre_delete, about), owner_(owner) {}
 
     kelm::object* owner() const override { return owner_; }
     std::string& to_string(std::string& out) const override;
     bool redo() override;
     bool undo() override { return true; }
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("owner_id", self.owner_);
+    }
+
 private:
     kelm::object* owner_;
 };
 
 /// An object was deleted.  Done, the message has the object, and frees it when it goes itself.
-class obj_delete_message_impl final : public obj_delete_message, public message_impl {
+class obj_delete_message_impl final : public obj_delete_message, public recorded<obj_delete_message_impl> {
 public:
     obj_delete_message_impl(silent_edit* about, kelm::object* owner)
-        : message_impl(message_type::obj_delete, about), owner_(owner) {}
+        : recorded(message_type::obj_delete, about), owner_(owner) {}
 
     kelm::object* owner() const override { return owner_; }
     std::string& to_string(std::string& out) const override;
     bool redo() override;
     bool undo() override;
     void release_values() override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("owner_id", self.owner_);
+    }
 
 private:
     kelm::object* owner_;

@@ -28,11 +28,19 @@ public:
     virtual void set_first_run(bool first) { first_run_ = first; }
     /// Frees what the message owns in its present state.  The history calls it just before the message goes.
     virtual void release_values() {}
+    /// Enters the values that the message owns, as those of the message `index` of a log that is being written.
+    virtual void register_values(value_position_map&, u32 /*index*/) const {}
+    /// \returns the value, or the element `sub_index` of it, that another message of a log shares; null when there is
+    ///          none.  Borrowed.
+    virtual abstract_property* get_value(int /*index*/, int /*sub_index*/) const { return nullptr; }
+    /// Takes a value that get_value() of another message gave; it stays that message's.
+    virtual void set_value(int /*index*/, abstract_property*) {}
 
     silent_edit& edit() const { return *object_; }
     bool is_undone() const { return undone_; }
     /// Speaks of `about` from now on; used while inheritors are told.
     void set_object(silent_edit* about) { object_ = about; }
+    void set_user_created(bool created) { user_created_ = created; }
 
 protected:
     /// Tells the observers of the object that this is no first run.
@@ -50,6 +58,8 @@ protected:
     // A mark of the derived class's own, kept here where there is room for it.
     bool mark() const { return mark_; }
     void set_mark(bool on) { mark_ = on; }
+    /// \returns whether a reader did not find the object: such a message changes and tells nothing
+    bool is_lost() const { return !object_; }
 
 private:
     silent_edit* object_;

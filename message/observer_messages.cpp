@@ -18,17 +18,17 @@ std::string described(const char* what, kelm::observer* who, const object* subje
 } // namespace
 
 observer_add_message_impl::observer_add_message_impl(silent_edit* subject, kelm::observer* who, u32 id)
-    : message_impl(message_type::observer_add, subject), id_(id), observer_(who) {
+    : recorded(message_type::observer_add, subject), id_(id), observer_(who) {
     message_impl::set_first_run(false);
 }
 
 bool observer_add_message_impl::redo() {
-    if (observer_) edit().attach_silently(*observer_, id_);
+    if (observer_ && !is_lost()) edit().attach_silently(*observer_, id_);
     return true;
 }
 
 bool observer_add_message_impl::undo() {
-    if (observer_) edit().detach_silently(*observer_, id_);
+    if (observer_ && !is_lost()) edit().detach_silently(*observer_, id_);
     return true;
 }
 
@@ -37,17 +37,17 @@ std::string& observer_add_message_impl::to_string(std::string& out) const {
 }
 
 observer_remove_message_impl::observer_remove_message_impl(silent_edit* subject, kelm::observer* who, u32 id)
-    : message_impl(message_type::observer_remove, subject), id_(id), observer_(who) {
+    : recorded(message_type::observer_remove, subject), id_(id), observer_(who) {
     message_impl::set_first_run(false);
 }
 
 bool observer_remove_message_impl::redo() {
-    if (observer_) edit().detach_silently(*observer_, id_);
+    if (observer_ && !is_lost()) edit().detach_silently(*observer_, id_);
     return true;
 }
 
 bool observer_remove_message_impl::undo() {
-    if (observer_) edit().attach_silently(*observer_, id_);
+    if (observer_ && !is_lost()) edit().attach_silently(*observer_, id_);
     return true;
 }
 

@@ -2,14 +2,15 @@
 // They are never told: the relation itself is no change that anybody listens for.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 #include <kelm/structure_messages.h>
 
 namespace kelm {
 
 /// An object was attached as an observer.
-class observer_add_message_impl final : public observer_add_message, public message_impl {
+class observer_add_message_impl final : public observer_add_message,
+                                        public recorded<observer_add_message_impl> {
 public:
     observer_add_message_impl(silent_edit* subject, kelm::observer* who, u32 id);
 
@@ -18,13 +19,20 @@ public:
     bool redo() override;
     bool undo() override;
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("obsv_id", self.id_);
+        if constexpr (Archive::reads) self.observer_ = archive.observer(self.id_);
+    }
+
 private:
     u32 id_;
     kelm::observer* observer_;
 };
 
 /// An object was detached.
-class observer_remove_message_impl final : public observer_remove_message, public message_impl {
+class observer_remove_message_impl final : public observer_remove_message,
+                                           public recorded<observer_remove_message_impl> {
 public:
     observer_remove_message_impl(silent_edit* subject, kelm::observer* who, u32 id);
 
@@ -32,6 +40,12 @@ public:
     std::string& to_string(std::string& out) const override;
     bool redo() override;
     bool undo() override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("obsv_id", self.id_);
+        if constexpr (Archive::reads) self.observer_ = archive.observer(self.id_);
+    }
 
 private:
     u32 id_;

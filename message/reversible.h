@@ -2,26 +2,30 @@
 // A class supplies the change both ways and the inverse to tell; the order of the steps stands here once.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 namespace kelm {
 
 /// Supplies redo() and undo() from Derived's forward(), backward() and inverse().
 /// Derived::keeps_undone says whether the message remembers on which side it stands.
 template <class Derived, class Base = message_impl>
-class reversible : public Base {
+class reversible : public recorded<Derived, Base> {
 public:
-    using Base::Base;
+    using recorded<Derived, Base>::recorded;
 
     bool redo() override {
-        self().forward();
-        this->tell();
+        if (!this->is_lost()) {
+            self().forward();
+            this->tell();
+        }
         mark_undone(false);
         return true;
     }
     bool undo() override {
-        self().backward();
-        self().inverse();
+        if (!this->is_lost()) {
+            self().backward();
+            self().inverse();
+        }
         mark_undone(true);
         return true;
     }

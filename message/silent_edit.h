@@ -27,6 +27,9 @@ using inherited_values = std::vector<inherited_value>;
 /// present state does nothing.
 class silent_edit : public object {
 public:
+    /// \returns the own value, borrowed; null when there is none
+    virtual abstract_property* own_value(u32 id) const = 0;
+
     // Values.  References of what enters are linked to their targets, those of what leaves are unlinked.
     /// \returns the former value, or null
     virtual std::unique_ptr<abstract_property> exchange_value(u32 id,

@@ -2,10 +2,12 @@
 // The history decides what is stored.
 #include "message/transaction_messages.h"
 
+#include <algorithm>
+
 namespace kelm {
 
 tran_begin_message_impl::tran_begin_message_impl(silent_edit* model, u32 id, std::string name)
-    : message_impl(message_type::tran_begin, model), id_(id), name_(std::move(name)) {}
+    : recorded(message_type::tran_begin, model), id_(id), name_(std::move(name)) {}
 
 tran_end_message* tran_begin_message_impl::end_message() const { return partner_; }
 
@@ -24,11 +26,21 @@ bool tran_begin_message_impl::undo() {
     return true;
 }
 
-tran_end_message_impl::tran_end_message_impl(silent_edit* model)
-    : message_impl(message_type::tran_end, model) {}
+tran_end_message_impl::tran_end_message_impl(silent_edit* model) : recorded(message_type::tran_end, model) {}
 
 std::string& tran_end_message_impl::to_string(std::string& out) const {
     return out = " End Transaction - " + (partner_ ? partner_->name() : std::string{});
+}
+
+void tran_end_message_impl::find_begin(u32 id, const std::vector<message*>& earlier) {
+    const auto is_it = [id](message* each) {
+        if (each->type() != message_type::tran_begin) return false;
+        return message_cast<tran_begin_message_impl>(each)->id() == id;
+    };
+    const auto found = std::find_if(earlier.rbegin(), earlier.rend(), is_it);
+    if (found == earlier.rend()) return;
+    partner_ = message_cast<tran_begin_message_impl>(*found);
+    partner_->set_partner(this);
 }
 
 bool tran_end_message_impl::redo() {

@@ -2,7 +2,7 @@
 // Levels and partners are set by the history.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 #include <string>
 
@@ -11,7 +11,7 @@ namespace kelm {
 class tran_end_message_impl;
 
 /// Opens a level.  Only level 0 makes a sound.
-class tran_begin_message_impl final : public tran_begin_message, public message_impl {
+class tran_begin_message_impl final : public tran_begin_message, public recorded<tran_begin_message_impl> {
 public:
     tran_begin_message_impl(silent_edit* model, u32 id, std::string name);
 
@@ -27,6 +27,13 @@ public:
     void set_partner(tran_end_message_impl* end) { partner_ = end; }
     tran_end_message_impl* partner() const { return partner_; }
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("level", self.level_);
+        archive.attribute("id", self.id_);
+        archive.text("name", self.name_);
+    }
+
 private:
     friend class tran_end_message_impl; // tells a transient begin
     tran_end_message_impl* partner_ = nullptr;
@@ -36,7 +43,7 @@ private:
 };
 
 /// Closes a level.
-class tran_end_message_impl final : public tran_end_message, public message_impl {
+class tran_end_message_impl final : public tran_end_message, public recorded<tran_end_message_impl> {
 public:
     explicit tran_end_message_impl(silent_edit* model);
 
@@ -55,7 +62,22 @@ public:
     void set_partner(tran_begin_message_impl* begin) { partner_ = begin; }
     tran_begin_message_impl* partner() const { return partner_; }
 
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("level", self.level_);
+        u32 begin_id = self.id();
+        archive.number("begin_id", begin_id);
+        archive.since(7, 14, [&] {
+            archive.number("processed_state", self.processed_state_);
+            archive.text("processed_err_msg", self.processed_err_msg_);
+        });
+        if constexpr (Archive::reads) self.find_begin(begin_id, archive.earlier());
+    }
+
 private:
+    /// Links the newest begin of that id; with none there is no partner.
+    void find_begin(u32 id, const std::vector<message*>& earlier);
+
     friend class tran_begin_message_impl; // tells a transient end
     tran_begin_message_impl* partner_ = nullptr;
     u32 level_ = 0;
@@ -64,10 +86,11 @@ private:
 };
 
 /// Only told: a transaction was taken back.
-class tran_rollback_message_impl final : public tran_rollback_message, public message_impl {
+class tran_rollback_message_impl final : public tran_rollback_message,
+                                         public recorded<tran_rollback_message_impl> {
 public:
     tran_rollback_message_impl(silent_edit* model, tran_begin_message_impl* begin, bool was_closed)
-        : message_impl(message_type::tran_rollback, model), partner_(begin), was_closed_(was_closed) {}
+        : recorded(message_type::tran_rollback, model), partner_(begin), was_closed_(was_closed) {}
 
     tran_begin_message* begin_message() const override { return partner_; }
     u32 level() const override { return 0; }
@@ -77,20 +100,28 @@ public:
     bool redo() override { return true; }
     bool undo() override { return true; }
 
+    // Never stored.
+    template <class Self, class Archive>
+    static void fields(Self&, Archive&) {}
+
 private:
     tran_begin_message_impl* partner_;
     bool was_closed_;
 };
 
 /// Only told: the model is about to go.
-class model_close_message_impl final : public model_close_message, public message_impl {
+class model_close_message_impl final : public model_close_message, public recorded<model_close_message_impl> {
 public:
-    explicit model_close_message_impl(silent_edit* model) : message_impl(message_type::model_close, model) {}
+    explicit model_close_message_impl(silent_edit* model) : recorded(message_type::model_close, model) {}
 
     kelm::model* model() const override { return object()->model(); }
     std::string& to_string(std::string& out) const override;
     bool redo() override { return true; }
     bool undo() override { return true; }
+
+    // Never stored.
+    template <class Self, class Archive>
+    static void fields(Self&, Archive&) {}
 };
 
 } // namespace kelm

@@ -35,7 +35,7 @@ bool udp_add_message_impl::undo() {
 udp_remove_message_impl::udp_remove_message_impl(silent_edit* model, meta_object* owner, u32 udp_type,
                                                  std::string name, u32 udp_class,
                                                  std::unique_ptr<abstract_property> default_value)
-    : udp_presence_message_impl(message_type::udp_remove, model, owner, udp_type, std::move(name), udp_class),
+    : recorded(message_type::udp_remove, model, owner, udp_type, std::move(name), udp_class),
       default_value_(std::move(default_value)) {}
 
 bool udp_remove_message_impl::redo() {
@@ -45,14 +45,19 @@ bool udp_remove_message_impl::redo() {
 
 bool udp_remove_message_impl::undo() {
     meta_property* const back = add_property();
-    if (back && default_value_) back->set_attribute_value(attribute_id::default_value, *default_value_);
+    if (const auto* const value = default_value_.get(); back && value)
+        back->set_attribute_value(attribute_id::default_value, *value);
     return true;
+}
+
+void udp_remove_message_impl::register_values(value_position_map& positions, u32 index) const {
+    register_value(default_value_.get(), positions, index, 0);
 }
 
 udp_set_attribute_value_message_impl::udp_set_attribute_value_message_impl(
     silent_edit* model, meta_object* owner, u32 udp_type, u32 attribute,
     std::unique_ptr<abstract_property> new_value, std::unique_ptr<abstract_property> old_value)
-    : udp_message_impl(message_type::udp_set_attribute_value, model, owner, udp_type),
+    : recorded(message_type::udp_set_attribute_value, model, owner, udp_type),
       udp_att_(attribute),
       new_value_(std::move(new_value)),
       old_value_(std::move(old_value)) {}
@@ -66,30 +71,45 @@ meta_property* udp_set_attribute_value_message_impl::property() const {
 
 std::string& udp_set_attribute_value_message_impl::to_string(std::string& out) const {
     const meta_property* const changed = property();
+    const auto text = [](const value_custody& value) {
+        return value.get() ? value.get()->to_string() : std::string{};
+    };
     return out = "UDP Attribute Value Changed : " + (changed ? changed->name() : std::string{}) + " (" +
-                 (new_value_ ? new_value_->to_string() : std::string{}) + "," +
-                 (old_value_ ? old_value_->to_string() : std::string{}) + " )";
+                 text(new_value_) + "," + text(old_value_) + " )";
 }
 
 bool udp_set_attribute_value_message_impl::redo() {
     meta_property* const changed = property();
-    if (changed && new_value_) changed->set_attribute_value(udp_att_, *new_value_);
+    if (changed && new_value_.get()) changed->set_attribute_value(udp_att_, *new_value_.get());
     return true;
 }
 
 bool udp_set_attribute_value_message_impl::undo() {
     meta_property* const changed = property();
     if (!changed) return true;
-    if (old_value_)
-        changed->set_attribute_value(udp_att_, *old_value_);
+    if (old_value_.get())
+        changed->set_attribute_value(udp_att_, *old_value_.get());
     else
         changed->remove_attribute(udp_att_);
     return true;
 }
 
 void udp_set_attribute_value_message_impl::release_values() {
-    new_value_.reset();
-    old_value_.reset();
+    new_value_.release();
+    old_value_.release();
+}
+
+void udp_set_attribute_value_message_impl::register_values(value_position_map& positions, u32 index) const {
+    register_value(new_value_.get(), positions, index, 0);
+    register_value(old_value_.get(), positions, index, 1);
+}
+
+abstract_property* udp_set_attribute_value_message_impl::get_value(int index, int sub_index) const {
+    return resolve_value((index == 0 ? new_value_ : old_value_).get(), sub_index);
+}
+
+void udp_set_attribute_value_message_impl::set_value(int index, abstract_property* value) {
+    (index == 0 ? new_value_ : old_value_).borrow(value);
 }
 
 } // namespace kelm

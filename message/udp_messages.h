@@ -2,7 +2,7 @@
 // They speak of the model's types, not of an object, so nobody is told; the history alone replays them.
 #pragma once
 
-#include "message/message_impl.h"
+#include "message/recorded.h"
 
 #include <kelm/meta_model.h>
 #include <kelm/structure_messages.h>
@@ -22,6 +22,13 @@ protected:
         message_impl::set_first_run(false); // it is the source of no notification
     }
 
+    /// What all three store first.
+    template <class Self, class Archive>
+    static void property_fields(Self& self, Archive& archive) {
+        archive.meta_type("owner_meta_type", self.owner_meta_type_);
+        archive.number("udp_type", self.udp_type_);
+    }
+
     meta_object* owner_meta_type_;
     u32 udp_type_;
 };
@@ -39,27 +46,40 @@ protected:
     /// `action`, then the name of the property and that of its type.
     std::string& describe(const char* action, std::string& out) const;
 
+    template <class Self, class Archive>
+    static void presence_fields(Self& self, Archive& archive) {
+        property_fields(self, archive);
+        archive.text("udp_name", self.udp_name_);
+        archive.number("udp_class", self.udp_class_);
+    }
+
     std::string udp_name_;
     u32 udp_class_;
 };
 
 /// A type got a property.
-class udp_add_message_impl final : public udp_presence_message_impl, public udp_add_message {
+class udp_add_message_impl final : public recorded<udp_add_message_impl, udp_presence_message_impl>,
+                                   public udp_add_message {
 public:
     udp_add_message_impl(silent_edit* model, meta_object* owner, u32 udp_type, std::string name,
                          u32 udp_class)
-        : udp_presence_message_impl(message_type::udp_add, model, owner, udp_type, std::move(name),
-                                    udp_class) {}
+        : recorded(message_type::udp_add, model, owner, udp_type, std::move(name), udp_class) {}
 
     meta_object* owner_meta_type() const override { return owner_meta_type_; }
     u32 udp_type() const override { return udp_type_; }
     std::string& to_string(std::string& out) const override { return describe("UDP Added : ", out); }
     bool redo() override;
     bool undo() override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        presence_fields(self, archive);
+    }
 };
 
 /// A type lost a property; its default comes back with it.
-class udp_remove_message_impl final : public udp_presence_message_impl, public udp_remove_message {
+class udp_remove_message_impl final : public recorded<udp_remove_message_impl, udp_presence_message_impl>,
+                                      public udp_remove_message {
 public:
     /// \param default_value  may be null
     udp_remove_message_impl(silent_edit* model, meta_object* owner, u32 udp_type, std::string name,
@@ -70,15 +90,24 @@ public:
     std::string& to_string(std::string& out) const override { return describe("UDP Removed : ", out); }
     bool redo() override;
     bool undo() override;
-    void release_values() override { default_value_.reset(); }
+    void release_values() override { default_value_.release(); }
+    void register_values(value_position_map& positions, u32 index) const override;
+    void set_value(int, abstract_property* value) override { default_value_.borrow(value); }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        presence_fields(self, archive);
+        archive.value(self.default_value_, true, {.source = self.object()});
+    }
 
 private:
-    std::unique_ptr<abstract_property> default_value_;
+    value_custody default_value_;
 };
 
 /// An attribute of a type's property was set.
-class udp_set_attribute_value_message_impl final : public udp_message_impl,
-                                                   public udp_set_attribute_value_message {
+class udp_set_attribute_value_message_impl final
+    : public recorded<udp_set_attribute_value_message_impl, udp_message_impl>,
+      public udp_set_attribute_value_message {
 public:
     /// \param new_value  what was set
     /// \param old_value  null when the attribute had no value
@@ -95,14 +124,26 @@ public:
     bool redo() override;
     bool undo() override;
     void release_values() override;
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int index, int sub_index) const override;
+    void set_value(int index, abstract_property* value) override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        property_fields(self, archive);
+        archive.number("udp_att", self.udp_att_);
+        archive.value(self.new_value_, true, {.index = 0, .source = self.object()});
+        archive.inside("old_att", self.old_value_.get() != nullptr,
+                       [&] { archive.value(self.old_value_, true, {.index = 1, .source = self.object()}); });
+    }
 
 private:
     /// \returns null when the type is unknown or lacks the property
     meta_property* property() const;
 
     u32 udp_att_;
-    std::unique_ptr<abstract_property> new_value_;
-    std::unique_ptr<abstract_property> old_value_;
+    value_custody new_value_;
+    value_custody old_value_;
 };
 
 } // namespace kelm

@@ -38,6 +38,11 @@ public:
         const bool some = left != nullptr;
         tagged_ = reinterpret_cast<char*>(left.release()) + (some ? 1 : 0);
     }
+    /// Knows `lent`, which somebody else owns; what was held is freed.
+    void borrow(abstract_property* lent) {
+        release();
+        tagged_ = reinterpret_cast<char*>(lent);
+    }
     /// Frees a held value.
     void release() {
         if (holds()) {

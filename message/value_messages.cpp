@@ -49,6 +49,23 @@ void property_set_message_impl::release_values() {
     old_.release();
 }
 
+// A refresh message is never undone, and owns both.
+void property_set_message_impl::register_values(value_position_map& positions, u32 index) const {
+    if (is_refresh() || is_undone()) register_value(new_.get(), positions, index, 0);
+    if (is_refresh()) register_value(old_.get(), positions, index, 1);
+    if (!is_refresh() && !is_undone()) register_value(old_.get(), positions, index, 0);
+}
+
+abstract_property* property_set_message_impl::get_value(int index, int sub_index) const {
+    // Kept: for a refresh the reverse of the numbers under which its values are entered.
+    const bool newer = is_refresh() ? index != 0 : is_undone();
+    return resolve_value(newer ? new_.get() : old_.get(), sub_index);
+}
+
+void property_set_message_impl::set_value(int index, abstract_property* value) {
+    (index == 0 ? new_ : old_).borrow(value);
+}
+
 void property_set_message_impl::forward() {
     auto left = edit().exchange_value(property_type(), new_.hand_over());
     if (had_own_value()) old_.take_back(std::move(left));
@@ -81,6 +98,10 @@ property_delete_message_impl::property_delete_message_impl(silent_edit* about, a
     : reversible(message_type::property_delete, about, id, real_owner), old_(old_value) {}
 
 value_ptr property_delete_message_impl::old_value() const { return share(clone(old_.get())); }
+
+void property_delete_message_impl::register_values(value_position_map& positions, u32 index) const {
+    if (is_refresh() || !is_undone()) register_value(old_.get(), positions, index, 0);
+}
 
 void property_delete_message_impl::backward() {
     // Nothing else can stand under the id in a sound history; where something does, it must not be lost.

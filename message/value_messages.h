@@ -12,6 +12,7 @@
 namespace kelm {
 
 /// Shared by the messages of a value: the property, where the value lies, and telling inheritors as well.
+/// A reader looks for the value in that object, or in the message's own when it is not there any more.
 class property_change_message_impl : public message_impl, public virtual property_change_message {
 public:
     /// \param real_owner  where the value lies; null stands for `about`
@@ -25,6 +26,29 @@ public:
 
 protected:
     void tell() final;
+
+    /// What all six store first.
+    template <class Self, class Archive>
+    static void owner_fields(Self& self, Archive& archive) {
+        archive.number("property_type", self.property_type_);
+        archive.object_id("real_owner_id", self.real_owner_);
+    }
+    /// Kept with the message rather than with its class, since a stream has the last word.
+    template <class Self, class Archive>
+    static void refresh_field(Self& self, Archive& archive) {
+        bool refresh = self.mark();
+        archive.flag("refresh", refresh);
+        if constexpr (Archive::reads) self.set_mark(refresh);
+    }
+    value_place place(int index, u32 sub_index = npos32) const {
+        return place_in(real_owner_, index, sub_index);
+    }
+    value_place place_in(kelm::object* source, int index, u32 sub_index = npos32) const {
+        return {.index = index,
+                .source = source ? source : object(),
+                .property_id = property_type_,
+                .sub_index = sub_index};
+    }
 
 private:
     u32 property_type_;
@@ -49,8 +73,23 @@ public:
     kelm::object* old_owner() const override { return old_owner_; }
     std::string& to_string(std::string& out) const override;
     void release_values() override;
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int index, int sub_index) const override;
+    void set_value(int index, abstract_property* value) override;
     /// \returns whether it only records that an effective value changed by other means
-    virtual bool is_refresh() const { return false; }
+    bool is_refresh() const { return mark(); }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        const bool done = !self.is_undone();
+        owner_fields(self, archive);
+        archive.value(self.new_, archive.for_replay() || !done || self.is_refresh(), self.place(0));
+        archive.object_id("old_owner", self.old_owner_);
+        archive.inside("old_prop", self.old_.get() != nullptr, [&] {
+            archive.value(self.old_, done || self.is_refresh(), self.place_in(self.old_owner_, 1));
+        });
+        refresh_field(self, archive);
+    }
 
     void forward();
     void backward();
@@ -86,8 +125,20 @@ public:
     value_ptr old_value() const override;
     std::string& to_string(std::string& out) const override;
     void release_values() override { old_.release(); }
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int, int sub_index) const override {
+        return resolve_value(old_.get(), sub_index);
+    }
+    void set_value(int, abstract_property* value) override { old_.borrow(value); }
     /// \returns whether it only records that an effective value went by other means
-    virtual bool is_refresh() const { return false; }
+    bool is_refresh() const { return mark(); }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        owner_fields(self, archive);
+        archive.value(self.old_, !self.is_undone() || self.is_refresh(), self.place(0));
+        refresh_field(self, archive);
+    }
 
     void forward() { old_.take_back(edit().take_value(property_type())); }
     void backward();
@@ -112,6 +163,12 @@ public:
     bool not_inheritable() const override { return flag_; }
     u32 property_type() const override { return property_type_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("property_type", self.property_type_);
+        archive.flag("not_inh", self.flag_);
+    }
 
     void forward() { edit().mark_not_inheritable(property_type_, flag_); }
     void backward() { edit().mark_not_inheritable(property_type_, !flag_); }

@@ -41,6 +41,18 @@ void property_set_vec_prop_message_impl::release_values() {
     old_.release();
 }
 
+void property_set_vec_prop_message_impl::register_values(value_position_map& positions, u32 index) const {
+    register_value(get_value(0, -1), positions, index, 0);
+}
+
+abstract_property* property_set_vec_prop_message_impl::get_value(int, int sub_index) const {
+    return resolve_value(is_undone() ? new_.get() : old_.get(), sub_index);
+}
+
+void property_set_vec_prop_message_impl::set_value(int index, abstract_property* value) {
+    (index == 0 ? new_ : old_).borrow(value);
+}
+
 void property_set_vec_prop_message_impl::swap_in(value_custody& comes, value_custody& goes) {
     auto element = comes.hand_over();
     if (!element) return;
@@ -75,6 +87,14 @@ property_insert_vec_prop_message_impl::property_insert_vec_prop_message_impl(
       was_put_in_(false) {}
 
 value_ptr property_insert_vec_prop_message_impl::value() const { return share(clone(value_.get())); }
+
+void property_insert_vec_prop_message_impl::register_values(value_position_map& positions, u32 index) const {
+    register_value(get_value(0, -1), positions, index, 0);
+}
+
+abstract_property* property_insert_vec_prop_message_impl::get_value(int, int sub_index) const {
+    return owns_value() ? resolve_value(value_.get(), sub_index) : nullptr;
+}
 
 void property_insert_vec_prop_message_impl::forward() {
     if (!was_put_in_) return;
@@ -112,6 +132,10 @@ property_delete_vec_prop_message_impl::property_delete_vec_prop_message_impl(sil
       pos_(static_cast<u32>(pos)) {}
 
 value_ptr property_delete_vec_prop_message_impl::value() const { return share(clone(value_.get())); }
+
+void property_delete_vec_prop_message_impl::register_values(value_position_map& positions, u32 index) const {
+    if (!is_undone()) register_value(value_.get(), positions, index, 0);
+}
 
 void property_delete_vec_prop_message_impl::forward() {
     if (!value_.holds()) value_.take_back(edit().take_element(property_type(), wide(pos_), value_.get()));

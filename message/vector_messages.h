@@ -26,6 +26,18 @@ public:
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
     void release_values() override;
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int index, int sub_index) const override;
+    void set_value(int index, abstract_property* value) override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        const bool done = !self.is_undone();
+        owner_fields(self, archive);
+        archive.number("pos", self.pos_);
+        archive.value(self.new_, archive.for_replay() || !done, self.place(0, self.pos_));
+        archive.inside("old_prop", true, [&] { archive.value(self.old_, done, self.place(1)); });
+    }
 
     void forward() { swap_in(new_, old_); }
     void backward() { swap_in(old_, new_); }
@@ -58,12 +70,34 @@ public:
     const abstract_property* raw_value() const override { return value_.get(); }
     std::string& to_string(std::string& out) const override;
     void release_values() override { value_.release(); }
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int index, int sub_index) const override;
+    void set_value(int, abstract_property* value) override { value_.borrow(value); }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        owner_fields(self, archive);
+        archive.number("pos", self.pos_);
+        u32 present = npos32;
+        if constexpr (!Archive::reads) present = self.present_position(archive.knows(self.value_.get()));
+        archive.number("cur_pos", present);
+        value_place where = self.place_in(nullptr, 0, present);
+        where.is_element = true;
+        archive.value(self.value_, archive.for_replay() || self.owns_value(), where);
+        if constexpr (Archive::reads) self.was_put_in_ = !self.value_.holds();
+    }
 
     void forward();
     void backward();
     void inverse();
 
 private:
+    bool owns_value() const { return is_undone() || !was_put_in_; }
+    /// \returns where the vector has the element today; npos32 when it has not, or the log itself knows
+    u32 present_position(bool known) const {
+        return known ? npos32 : own_element_position(real_owner(), property_type(), value_.get());
+    }
+
     value_custody value_;
     u32 pos_;
     bool was_put_in_;
@@ -85,6 +119,18 @@ public:
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
     void release_values() override { value_.release(); }
+    void register_values(value_position_map& positions, u32 index) const override;
+    abstract_property* get_value(int, int sub_index) const override {
+        return resolve_value(value_.get(), sub_index);
+    }
+    void set_value(int, abstract_property* value) override { value_.borrow(value); }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        owner_fields(self, archive);
+        archive.value(self.value_, !self.is_undone(), self.place(0));
+        archive.number("pos", self.pos_);
+    }
 
     void forward();
     void backward();
@@ -108,6 +154,13 @@ public:
     u32 old_pos() const override { return old_pos_; }
     u32 new_pos() const override { return new_pos_; }
     std::string& to_string(std::string& out) const override;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        owner_fields(self, archive);
+        archive.number("old_pos", self.old_pos_);
+        archive.number("new_pos", self.new_pos_);
+    }
 
     void forward();
     void backward();

@@ -117,6 +117,7 @@ public:
     bool write(std::ostream* out, void* element) const override;
 
     // Silent edits.
+    abstract_property* own_value(u32 id) const override;
     std::unique_ptr<abstract_property> exchange_value(u32 id,
                                                       std::unique_ptr<abstract_property> value) override;
     std::unique_ptr<abstract_property> take_value(u32 id) override;

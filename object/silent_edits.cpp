@@ -24,6 +24,8 @@ void object_impl::unlink_references(const abstract_property* value) {
     for_each_target(value, [this](object* target) { impl_of(target)->drop_reference_from(*this); });
 }
 
+abstract_property* object_impl::own_value(u32 id) const { return values_.find(id); }
+
 std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id,
                                                                std::unique_ptr<abstract_property> value) {
     link_references(value.get());

@@ -1,8 +1,13 @@
-// What a reader of streams cannot resolve before all objects exist.
+// What a reader or writer of streams cannot settle before everything has been read or entered.
 // Plain records: resolving them is the business of whoever reads a whole model.
 #pragma once
 
+#include <kelm/export.h>
 #include <kelm/types.h>
+
+#include <map>
+#include <utility>
+#include <vector>
 
 namespace kelm {
 
@@ -16,5 +21,36 @@ struct reference_record {
     object* holder = nullptr;           ///< the object that the value belongs to; may be null
     bool from_message = false;          ///< true for values of messages: filling them links nothing back
 };
+
+/// Everything that waits while a stream is being read.  It owns the lists of its two maps.
+struct KELM_EXPORT io_reference_manager {
+    io_reference_manager() = default;
+    io_reference_manager(const io_reference_manager&) = delete;
+    io_reference_manager& operator=(const io_reference_manager&) = delete;
+    ~io_reference_manager() {
+        for (const auto* lists : {&inherits, &observers})
+            for (const auto& [id, list] : *lists) delete list;
+    }
+
+    std::map<u32, std::vector<u32>*>
+        inherits; ///< object id to the ids of its bases, in order; lists are owned
+    std::map<u32, std::vector<u32>*> observers; ///< object id to the ids of its observers; lists are owned
+    std::vector<reference_record> references;
+};
+
+/// Where the log of a stream keeps a value that several messages share.
+struct value_position {
+    u32 msg_index = npos32;      ///< among the messages written; npos32: no message has it, the object does
+    u32 prop_index = npos32;     ///< which of that message's values
+    u32 prop_sub_index = npos32; ///< element of a vector; npos32 for the whole value
+
+    bool operator==(const value_position&) const = default;
+};
+
+/// The writer's side: values that messages own, by identity.  The boxes are borrowed, and only compared.
+using value_position_map = std::map<const abstract_property*, value_position>;
+
+/// The reader's side: (message, value index) of a value that another message will supply.
+using value_fixup_map = std::map<std::pair<message*, int>, value_position>;
 
 } // namespace kelm

@@ -3,9 +3,12 @@
 #pragma once
 
 #include <kelm/export.h>
+#include <kelm/io_references.h>
 #include <kelm/types.h>
 
+#include <iosfwd>
 #include <string>
+#include <vector>
 
 namespace kelm {
 
@@ -63,6 +66,26 @@ public:
     virtual bool redo() = 0;
     /// Takes the change back and tells observers, with a message of the inverse kind.  \returns true
     virtual bool undo() = 0;
+    /// Fills the fields of a message that has just been made, from the binary form, or from an element when one is
+    /// given.  At the end of a stream fields stay as they are.
+    /// \param in          null when there is an element
+    /// \param earlier     the messages read before this one
+    /// \param model       where ids of objects are looked up
+    /// \param references  receives what object references in values wait for
+    /// \param fixups      receives the values that other messages hold
+    /// \param version, minor_version  of the stream: the application's meta model when it was written
+    /// \returns true
+    virtual bool read(std::istream* in, std::vector<message*>& earlier, kelm::model* model,
+                      io_reference_manager* references, value_fixup_map* fixups, void* element, int version,
+                      int minor_version) = 0;
+    /// Appends the message's own fields: docs/messages.md tells which.  Number, object and flag stand before them
+    /// and are the business of whoever writes the log.
+    /// \param out         null when there is an element
+    /// \param positions   the values that messages of the same log own
+    /// \param for_replay  writes new values in full, since another model will not have them
+    /// \returns true
+    virtual bool write(std::ostream* out, const value_position_map& positions, void* element,
+                       bool for_replay) const = 0;
     virtual ~message() = default;
 };
 
