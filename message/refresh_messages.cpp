@@ -9,11 +9,13 @@ namespace kelm {
 using namespace message_text;
 
 bool property_refresh_set_message_impl::redo() {
+    if (is_lost()) return true;
     tell();
     return true;
 }
 
 bool property_refresh_set_message_impl::undo() {
+    if (is_lost()) return true;
     if (known_old_value())
         tell_inverse<property_refresh_set_message_impl>(&edit(), known_new_value(), known_old_value(),
                                                         property_type());
@@ -28,11 +30,13 @@ std::string& property_refresh_set_message_impl::to_string(std::string& out) cons
 }
 
 bool property_refresh_delete_message_impl::redo() {
+    if (is_lost()) return true;
     tell();
     return true;
 }
 
 bool property_refresh_delete_message_impl::undo() {
+    if (is_lost()) return true;
     tell_inverse<property_refresh_set_message_impl>(&edit(), static_cast<abstract_property*>(nullptr),
                                                     known_old_value(), property_type());
     return true;
