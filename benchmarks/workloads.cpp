@@ -12,7 +12,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -20,6 +22,7 @@ namespace {
 using namespace workload;
 
 constexpr std::size_t runs = 5;
+constexpr std::size_t renames = 100'000;
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "workloads: %s\n", what);
@@ -47,8 +50,11 @@ std::size_t resident_bytes() {
 
 void print(const char* name, std::size_t n, double seconds, double bytes_per_object = -1) {
     std::printf(R"({"workload":"%s","n":%zu,"seconds":%.6f)", name, n, seconds);
-    if (bytes_per_object >= 0) std::printf(R"(,"bytes_per_object":%.0f)", bytes_per_object);
-    std::printf("}\n");
+    if (bytes_per_object >= 0)
+        std::printf(R"(,"bytes_per_object":%.0f})", bytes_per_object);
+    else
+        std::printf(R"(,"bytes_per_object":null})");
+    std::printf("\n");
     std::fflush(stdout);
 }
 
@@ -100,6 +106,154 @@ void measure_reads(std::size_t wanted) {
     close(built);
 }
 
+/// The names of the objects that are renamed, and what they are renamed to, one a transaction.
+struct renaming {
+    std::vector<kelm::object*> objects;
+    std::vector<std::string> names;
+    std::vector<std::string> former;
+};
+
+/// The renamed objects lie all over a tree that has more of them than there are transactions; in a smaller one
+/// each is renamed several times.
+renaming plan_renaming(const tree& built) {
+    const std::size_t step = std::max<std::size_t>(1, built.objects.size() / renames);
+    renaming out;
+    for (std::size_t i = 0; i != renames; ++i) {
+        out.objects.push_back(built.objects[i * step % built.objects.size()]);
+        out.names.push_back("renamed_" + std::to_string(i));
+        out.former.push_back(kelm::object_name(out.objects.back()));
+    }
+    return out;
+}
+
+void rename_all(const tree& built, const renaming& plan) {
+    for (std::size_t i = 0; i != renames; ++i) {
+        built.model->begin_transaction("Rename");
+        plan.objects[i]->set_property(kelm::property_id::name, kelm::property<std::string>{plan.names[i]});
+        built.model->end_transaction();
+    }
+}
+
+void verify_renamed(const renaming& plan) {
+    std::unordered_map<const kelm::object*, const std::string*> last;
+    for (std::size_t i = 0; i != renames; ++i) last[plan.objects[i]] = &plan.names[i];
+    for (const auto& [object, name] : last)
+        if (kelm::object_name(object) != *name) fail("an object has not its new name");
+}
+
+void verify_former(const renaming& plan) {
+    for (std::size_t i = 0; i != renames; ++i)
+        if (kelm::object_name(plan.objects[i]) != plan.former[i])
+            fail("an object has not its former name back");
+}
+
+/// Renames one object a transaction; undoes all of them; redoes all of them.
+void measure_renames(std::size_t wanted) {
+    tree built = build(wanted);
+    const renaming plan = plan_renaming(built);
+    std::array<double, runs> done{};
+    std::array<double, runs> undone{};
+    std::array<double, runs> redone{};
+    for (std::size_t run = 0; run != runs + 1; ++run) { // the first is the warm-up, and overwritten
+        const std::size_t at = run == 0 ? 0 : run - 1;
+        built.model->clear_history();
+        done[at] = seconds_of([&] { rename_all(built, plan); });
+        verify_renamed(plan);
+        undone[at] = seconds_of([&] {
+            for (std::size_t i = 0; i != renames; ++i) built.model->undo();
+        });
+        verify_former(plan);
+        if (built.model->can_undo()) fail("there is more to undo than was done");
+        redone[at] = seconds_of([&] {
+            for (std::size_t i = 0; i != renames; ++i) built.model->redo();
+        });
+        verify_renamed(plan);
+        if (built.model->can_redo()) fail("there is more to redo than was undone");
+        while (built.model->can_undo()) built.model->undo(); // each run begins with the former names
+    }
+    print("W2", built.objects.size(), median(done));
+    print("W3_undo", built.objects.size(), median(undone));
+    print("W3_redo", built.objects.size(), median(redone));
+    close(built);
+}
+
+struct loss {
+    std::size_t objects = 0;
+    std::size_t references = 0;
+};
+
+/// \returns what the object's own reference leads to; null when it has none
+const kelm::object* target_of(const kelm::object* what) {
+    const kelm::value_ptr value = what->get_own_property(refers_property);
+    return value ? static_cast<const kelm::property<kelm::object*>&>(*value).value : nullptr;
+}
+
+std::size_t object_count(const tree& built) {
+    std::vector<kelm::u32> ids;
+    return built.model->object_ids(ids);
+}
+
+/// \returns the objects and references that go with the packages, by what every object says of itself
+loss expected_loss(const tree& built, const std::vector<kelm::object*>& packages) {
+    const std::set<const kelm::object*> going(packages.begin(), packages.end());
+    const auto goes = [&](const kelm::object* what) {
+        return going.contains(what) || going.contains(what->owner(package_type));
+    };
+    loss out;
+    for (const kelm::object* each : built.objects) {
+        out.objects += goes(each);
+        const kelm::object* const target = target_of(each);
+        out.references += target && (goes(each) || goes(target));
+    }
+    return out;
+}
+
+/// \returns how many references lead from living objects to living objects
+std::size_t reference_count(const tree& built) {
+    std::vector<kelm::u32> ids;
+    built.model->object_ids(ids);
+    std::size_t count = 0;
+    for (const kelm::u32 id : ids) {
+        const kelm::object* const target = target_of(built.model->find_object(id));
+        if (!target) continue;
+        if (built.model->find_object(target->id()) != target) fail("a reference leads to a deleted object");
+        ++count;
+    }
+    return count;
+}
+
+/// Deletes every tenth package in one transaction, with all in it and all that refers to it; undoes it.
+void measure_deletion(std::size_t wanted) {
+    tree built = build(wanted);
+    std::vector<kelm::object*> packages = built.root->children();
+    for (std::size_t i = 0; i != packages.size(); ++i)
+        if (i % 10 == 0) packages[i / 10] = packages[i];
+    packages.resize((packages.size() + 9) / 10);
+    const std::size_t objects = object_count(built);
+    const std::size_t references = reference_count(built);
+    const loss lost = expected_loss(built, packages);
+    std::array<double, runs> deleted{};
+    std::array<double, runs> undone{};
+    for (std::size_t run = 0; run != runs + 1; ++run) { // the first is the warm-up, and overwritten
+        const std::size_t at = run == 0 ? 0 : run - 1;
+        built.model->clear_history();
+        deleted[at] = seconds_of([&] {
+            kelm::transaction_object transaction{built.model, "Delete"};
+            for (kelm::object* each : packages) kelm::framework::instance().delete_object(each);
+            transaction.commit();
+        });
+        if (object_count(built) != objects - lost.objects) fail("not all objects that should go are gone");
+        if (reference_count(built) != references - lost.references)
+            fail("not all references that should go are gone");
+        undone[at] = seconds_of([&] { built.model->undo(); });
+        if (object_count(built) != objects) fail("the objects are not back");
+        if (reference_count(built) != references) fail("the references are not back");
+    }
+    print("W9_delete", built.objects.size(), median(deleted));
+    print("W9_undo", built.objects.size(), median(undone));
+    close(built);
+}
+
 /// A process of its own finds memory as a fresh application does.
 void in_own_process(const std::function<void()>& work) {
     const pid_t child = fork();
@@ -121,6 +275,8 @@ int main(int argc, char** argv) {
     if (sizes.empty()) sizes = {10'000, 100'000, 1'000'000};
     for (const std::size_t n : sizes) {
         in_own_process([&] { measure_build(n); });
+        in_own_process([&] { measure_renames(n); });
         in_own_process([&] { measure_reads(n); });
+        in_own_process([&] { measure_deletion(n); });
     }
 }

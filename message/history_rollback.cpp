@@ -11,6 +11,7 @@ void message_history_impl::rollback(bool all) {
     if (!transaction_open()) return;
     const in_use guard{*this};
     const u32 target = all ? 0 : static_cast<u32>(current_level_);
+    const scoped_mark walk{walking_};
     const scoped_mark mark{rolling_back_};
     std::unique_ptr<message_impl> begin = undo_back_to(target);
     if (!begin) return;
@@ -22,6 +23,7 @@ void message_history_impl::rollback(bool all) {
 void message_history_impl::rollback_last() {
     if (is_walking() || !last_top_level_end()) return;
     const in_use guard{*this};
+    const scoped_mark walk{walking_};
     const scoped_mark mark{rolling_back_};
     std::unique_ptr<message_impl> begin = undo_back_to(0);
     if (begin) tell_rolled_back(std::move(begin), true);
@@ -33,7 +35,7 @@ std::unique_ptr<message_impl> message_history_impl::undo_back_to(u32 level) {
     while (!messages_.empty()) {
         message_impl* const at = last();
         at->undo();
-        std::unique_ptr<message_impl> gone = take_out(messages_, at);
+        std::unique_ptr<message_impl> gone = messages_.take(at);
         if (!gone) continue;
         if (gone->type() == message_type::tran_begin &&
             static_cast<tran_begin_message_impl&>(*gone).level() == level)

@@ -6,33 +6,11 @@
 
 namespace kelm {
 
-namespace {
-
-tran_begin_message_impl* as_begin(message_impl* what) {
-    return what && what->type() == message_type::tran_begin ? static_cast<tran_begin_message_impl*>(what)
-                                                            : nullptr;
-}
-
-tran_end_message_impl* as_end(message_impl* what) {
-    return what && what->type() == message_type::tran_end ? static_cast<tran_end_message_impl*>(what)
-                                                          : nullptr;
-}
-
-constexpr std::size_t ordinary_undo_size = 10000;
-constexpr std::size_t ordinary_redo_size = 1000;
-
-} // namespace
-
-message_history_impl::message_history_impl(silent_edit& model_object) : model_object_(model_object) {
-    messages_.reserve(ordinary_undo_size);
-    undone_messages_.reserve(ordinary_redo_size);
-}
-
 message_history_impl::~message_history_impl() { clear(); }
 
 bool message_history_impl::add_message(std::unique_ptr<message_impl> what) {
     // An observer of undo or redo must not change anything; one that does leaves the walk its messages.
-    if (!undone_messages_.empty() && !undoing_ && !redoing_) clear_undone();
+    if (!undone_messages_.empty() && (!walking_ || rolling_back_)) clear_undone();
 
     if (auto* const begin = as_begin(what.get())) {
         // Ends without a begin have lowered the level below "none open"; the next transaction is an outermost one.
@@ -52,25 +30,23 @@ bool message_history_impl::add_message(std::unique_ptr<message_impl> what) {
 
 // A transaction in which nothing happened leaves no trace, but who heard it begin hears it end.
 bool message_history_impl::close_empty_transaction(std::unique_ptr<message_impl> end_message) {
+    const in_use guard{*this};
     auto& begin = *as_begin(last());
     auto& end = *as_end(end_message.get());
+    --current_level_; // first: who hears the end may answer with a transaction, which is an outermost one
     if (begin.level() == 0) {
         --trans_executed_;
         end.set_level(0);
         begin.set_partner(&end);
         end.set_partner(&begin);
         messages_.push_back(std::move(end_message));
-        {
-            const in_use guard{*this};
-            model_object_.as_subject().notify(&end);
-        }
-        end_message = take_out(messages_, &end);
+        model_object_.as_subject().notify(&end);
+        end_message = messages_.take(&end);
         process().in_semantic = false;
     }
-    std::unique_ptr<message_impl> begin_message = take_out(messages_, &begin);
+    std::unique_ptr<message_impl> begin_message = messages_.take(&begin);
     if (end_message) drop(std::move(end_message));
     if (begin_message) drop(std::move(begin_message));
-    --current_level_;
     return false;
 }
 
@@ -95,58 +71,36 @@ bool message_history_impl::close_level(tran_end_message_impl& end) {
     return true;
 }
 
-void message_history_impl::drop(std::unique_ptr<message_impl> what) {
-    if (depth_ != 0) {
-        graveyard_.push_back(std::move(what));
-        return;
-    }
-    what->release_values();
-}
+void message_history_impl::drop(std::unique_ptr<message_impl> what) { graveyard_.push_back(std::move(what)); }
 
-void message_history_impl::drop_back(messages& from) {
-    std::unique_ptr<message_impl> newest = std::move(from.back());
-    from.pop_back();
-    drop(std::move(newest));
-}
-
-// Freeing an object runs no code of an application, so that nothing new arrives meanwhile.
+// Values, and what objects watch, may be of an application's own kinds: freeing them runs its code, which may change
+// the model and so drop more.
 void message_history_impl::empty_graveyard() {
-    for (auto& dead : graveyard_) {
+    for (std::size_t i = 0; i != graveyard_.size(); ++i) {
+        const std::unique_ptr<message_impl> dead = std::move(graveyard_[i]);
         dead->release_values();
-        dead.reset();
     }
     graveyard_.clear();
 }
 
-std::unique_ptr<message_impl> message_history_impl::take_out(messages& from, const message_impl* what) {
-    const auto at = std::find_if(from.rbegin(), from.rend(), [&](const auto& m) { return m.get() == what; });
-    if (at == from.rend()) return nullptr;
-    const auto place = std::prev(at.base());
-    std::unique_ptr<message_impl> out = std::move(*place);
-    from.erase(place);
-    return out;
-}
-
 void message_history_impl::clear_undone() {
-    while (!undone_messages_.empty()) drop_back(undone_messages_);
+    const in_use guard{*this};
+    while (!undone_messages_.empty()) drop(undone_messages_.pop_back());
 }
 
 void message_history_impl::clear() {
-    while (!messages_.empty()) drop_back(messages_);
+    const in_use guard{*this};
+    while (!messages_.empty()) drop(messages_.pop_back());
     clear_undone();
     current_level_ = -1;
 }
 
+// The newest transactions up to the limit stay whole, and nothing older than the first of them.
 void message_history_impl::prune() {
-    std::size_t keep_from = messages_.size();
-    for (u32 count = 0; keep_from != 0 && count != max_undo_levels_;) {
-        --keep_from;
-        const auto* const begin = as_begin(messages_[keep_from].get());
-        if (begin && begin->level() == 0 && ++count == max_undo_levels_) break;
-        if (keep_from == 0) return; // fewer than the limit
-    }
-    for (std::size_t i = 0; i != keep_from; ++i) drop(std::move(messages_[i]));
-    messages_.erase(messages_.begin(), messages_.begin() + static_cast<std::ptrdiff_t>(keep_from));
+    if (messages_.outermost() < max_undo_levels_) return;
+    const in_use guard{*this};
+    while (messages_.outermost() > max_undo_levels_ || !messages_.begins_outermost())
+        drop(messages_.pop_front());
 }
 
 void message_history_impl::set_undo_levels(int n) {
@@ -160,9 +114,7 @@ void message_history_impl::set_undo_levels(int n) {
 }
 
 bool message_history_impl::holds(const message_impl& what) const {
-    const auto is_it = [&](const auto& m) { return m.get() == &what; };
-    return std::any_of(messages_.rbegin(), messages_.rend(), is_it) ||
-           std::any_of(undone_messages_.begin(), undone_messages_.end(), is_it);
+    return messages_.holds(what) || undone_messages_.holds(what);
 }
 
 tran_end_message_impl* message_history_impl::last_top_level_end() const {
@@ -171,7 +123,7 @@ tran_end_message_impl* message_history_impl::last_top_level_end() const {
 }
 
 bool message_history_impl::in_transaction() const {
-    if (messages_.empty() || is_walking()) return false;
+    if (messages_.empty() || undoing_ || redoing_ || rolling_back_) return false;
     return !last_top_level_end();
 }
 

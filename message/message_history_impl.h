@@ -2,8 +2,7 @@
 // What a message does when it is undone is the message's business.
 #pragma once
 
-#include "message/message_impl.h"
-#include "message/transaction_messages.h"
+#include "message/message_list.h"
 
 #include <kelm/message_history.h>
 
@@ -15,9 +14,9 @@ namespace kelm {
 /// Keeps messages, numbers levels, swallows transactions in which nothing happened, and limits how far undo reaches.
 class message_history_impl final : public message_history, public subject_impl {
 public:
-    using messages = std::vector<std::unique_ptr<message_impl>>;
+    using messages = message_list;
 
-    explicit message_history_impl(silent_edit& model_object);
+    explicit message_history_impl(silent_edit& model_object) : model_object_(model_object) {}
     ~message_history_impl() override;
 
     bool attach(observer* who) override { return subject_impl::attach(who); }
@@ -47,7 +46,7 @@ public:
     const messages& undone() const { return undone_messages_; }
     /// \returns whether the log still has a message that may have been dropped meanwhile
     bool holds(const message_impl& what) const;
-    message_impl* last() const { return messages_.empty() ? nullptr : messages_.back().get(); }
+    message_impl* last() const { return messages_.newest(); }
     /// \returns the end of a top-level transaction when that is the newest message, else null
     tran_end_message_impl* last_top_level_end() const;
 
@@ -57,9 +56,11 @@ public:
     /// \returns whether the newest message is in no closed top-level transaction and no walk is under way
     bool in_transaction() const;
     /// \returns whether undo, redo or a rollback is under way: none of them runs inside another
-    bool is_walking() const { return undoing_ || redoing_ || rolling_back_; }
+    bool is_walking() const { return walking_; }
     /// \returns whether a level is open that a rollback can take back
-    bool transaction_open() const { return current_level_ >= 0 && in_transaction(); }
+    bool transaction_open() const {
+        return current_level_ >= 0 && !walking_ && !messages_.empty() && !last_top_level_end();
+    }
 
     u32 trans_executed() const { return trans_executed_; }
     void set_trans_executed(u32 count) { trans_executed_ = count; }
@@ -74,7 +75,8 @@ public:
         in_use(const in_use&) = delete;
         in_use& operator=(const in_use&) = delete;
         ~in_use() {
-            if (--history_.depth_ == 0 && !history_.graveyard_.empty()) history_.empty_graveyard();
+            if (history_.depth_ == 1 && !history_.graveyard_.empty()) history_.empty_graveyard();
+            --history_.depth_;
         }
 
     private:
@@ -86,22 +88,21 @@ private:
     bool close_empty_transaction(std::unique_ptr<message_impl> end);
     bool close_level(tran_end_message_impl& end);
     void drop(std::unique_ptr<message_impl> what);
-    void drop_back(messages& from);
     void empty_graveyard();
-    std::unique_ptr<message_impl> take_out(messages& from, const message_impl* what);
     std::unique_ptr<message_impl> undo_back_to(u32 level);
     void tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed);
 
     silent_edit& model_object_;
-    messages messages_;        // the undo side, oldest first
-    messages undone_messages_; // the redo side; the next to redo is the last
-    messages graveyard_;       // dropped while in use
+    messages messages_;                                    // the undo side, oldest first
+    messages undone_messages_;                             // the redo side; the next to redo is the last
+    std::vector<std::unique_ptr<message_impl>> graveyard_; // dropped while in use
     u32 max_undo_levels_ = npos32;
     int undone_count_ = 0;
     int current_level_ = -1;
     u32 trans_executed_ = 0;
     u32 depth_ = 0;
     bool undo_disabled_ = false;
+    bool walking_ = false; // undo, redo or a rollback is on the stack
     bool undoing_ = false;
     bool redoing_ = false;
     bool rolling_back_ = false;

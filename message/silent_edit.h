@@ -46,6 +46,7 @@ public:
     /// Takes out `wanted`, looked for at `position` first; null takes whatever stands there.
     virtual std::unique_ptr<abstract_property> take_element(u32 id, std::size_t position,
                                                             const abstract_property* wanted) = 0;
+    /// An element that goes behind the end is left out.
     virtual void move_element(u32 id, std::size_t from, std::size_t to) = 0;
 
     virtual void mark_not_inheritable(u32 id, bool flag) = 0;

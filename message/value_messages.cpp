@@ -67,11 +67,14 @@ void property_set_message_impl::set_value(int index, abstract_property* value) {
 }
 
 void property_set_message_impl::forward() {
-    auto left = edit().exchange_value(property_type(), new_.hand_over());
+    auto comes = new_.hand_over();
+    if (!comes) return; // it stands in the object already
+    auto left = edit().exchange_value(property_type(), std::move(comes));
     if (had_own_value()) old_.take_back(std::move(left));
 }
 
 void property_set_message_impl::backward() {
+    if (new_.holds()) return; // it is out of the object already
     new_.take_back(had_own_value() ? edit().exchange_value(property_type(), old_.hand_over())
                                    : edit().take_value(property_type()));
 }
@@ -104,8 +107,10 @@ void property_delete_message_impl::register_values(value_position_map& positions
 }
 
 void property_delete_message_impl::backward() {
+    auto comes = old_.hand_over();
+    if (!comes) return; // it stands in the object already
     // Nothing else can stand under the id in a sound history; where something does, it must not be lost.
-    auto in_the_way = edit().exchange_value(property_type(), old_.hand_over());
+    auto in_the_way = edit().exchange_value(property_type(), std::move(comes));
     (void)in_the_way;
 }
 

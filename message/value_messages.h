@@ -140,7 +140,9 @@ public:
         refresh_field(self, archive);
     }
 
-    void forward() { old_.take_back(edit().take_value(property_type())); }
+    void forward() {
+        if (!old_.holds()) old_.take_back(edit().take_value(property_type()));
+    }
     void backward();
     void inverse();
 

@@ -2,6 +2,9 @@
 // Undoing that is the business of the messages that the model records.
 #include "meta/udp_definition.h"
 
+#include "meta/meta_object_base.h"
+#include "meta/meta_property_impl.h"
+
 #include <kelm/model.h>
 #include <kelm/property.h>
 
@@ -19,11 +22,11 @@ const property<T>* as(const abstract_property* value) {
     return dynamic_cast<const property<T>*>(value);
 }
 
-const vector_property* as_vector(const value_ptr& value) {
-    return dynamic_cast<const vector_property*>(value.get());
+const vector_property* as_vector(const abstract_property* value) {
+    return dynamic_cast<const vector_property*>(value);
 }
 
-std::vector<u32> ids_in(const value_ptr& list) {
+std::vector<u32> ids_in(const abstract_property* list) {
     std::vector<u32> ids;
     if (const vector_property* all = as_vector(list)) {
         ids.reserve(all->elements.size());
@@ -42,9 +45,9 @@ u32 id_in(const abstract_property* value) {
 }
 
 bool is_object_type_of_udp(const object* what, u32 type) {
-    if (!what || what->type() != type_id::user_defined_property) return false;
+    if (!what) return false;
     const value_ptr list = what->get_property(property_id::udp_object_types);
-    const vector_property* all = as_vector(list);
+    const vector_property* all = as_vector(list.get());
     // An element that is no number names no type, not even type 0.
     const auto names_it = [&](const abstract_property* element) {
         const bool is_number = as<unsigned>(element) || as<int>(element) || as<long>(element);
@@ -62,6 +65,12 @@ meta_object* type_of(const object& what) {
     return in ? in->meta_model()->find_meta_object(what.type()) : nullptr;
 }
 
+bool is_own(const meta_property& which, const meta_model& types) {
+    const auto* const declared = dynamic_cast<const meta_property_impl*>(&which);
+    const auto* const by = declared ? dynamic_cast<const meta_object_base*>(declared->owner()) : nullptr;
+    return by && by->owner_meta_model() == &types;
+}
+
 meta_object* definition::type(u32 id) const {
     kelm::model* const in = self_.model();
     return in ? in->meta_model()->find_meta_object(id) : nullptr;
@@ -76,24 +85,48 @@ std::string definition::name() const { return text_of(self_.get_property(propert
 bool definition::has_default_value() const { return self_.has_property(property_id::udp_default_value); }
 
 std::vector<u32> definition::object_types() const {
-    return ids_in(self_.get_property(property_id::udp_object_types));
+    return ids_in(self_.get_property(property_id::udp_object_types).get());
 }
 
 value_ptr definition::choices() const { return self_.get_property(property_id::udp_default_value_choices); }
 
-// Kept: a name is all that ties a definition to its properties, so one that the application declared, or
-// another definition made, is found as well when it has the name.  Making passed such types over; renaming
-// the definition renames it too, and removing it is refused where it is not this model's own.
+meta_property_of_type definition::named(const std::string& name, u32 type) const {
+    meta_object* const at = this->type(type);
+    return {at, at ? at->find_property(name) : nullptr};
+}
+
 std::vector<meta_property_of_type> definition::find(const std::string& name) const {
+    if (!is_complete()) return {};
+    return find(name.empty() ? this->name() : name, object_types());
+}
+
+// Kept: a name is all that ties a definition to its properties, so one that another definition made is found as
+// well when it has the name.  Making passed such types over; what follows of the definition changes it, though.
+std::vector<meta_property_of_type> definition::find(const std::string& name,
+                                                    const std::vector<u32>& types) const {
     std::vector<meta_property_of_type> found;
-    if (!is_complete()) return found;
-    const std::string wanted = name.empty() ? this->name() : name;
-    for (const u32 id : object_types()) {
-        meta_object* const at = type(id);
-        if (meta_property* const there = at ? at->find_property(wanted) : nullptr)
-            found.push_back({at, there});
-    }
+    for (const u32 each : types)
+        if (const auto it = named(name, each);
+            it.property && is_own(*it.property, *self_.model()->meta_model()))
+            found.push_back(it);
     return found;
+}
+
+std::vector<meta_property_of_type> definition::find_left_out(const abstract_property* before) const {
+    const std::vector<u32> now = object_types();
+    std::vector<u32> left_out;
+    for (const u32 each : ids_in(before))
+        if (std::ranges::find(now, each) == now.end() && std::ranges::find(left_out, each) == left_out.end())
+            left_out.push_back(each);
+    return find(name(), left_out);
+}
+
+bool definition::is_passed_over() const {
+    if (!is_complete()) return false;
+    return std::ranges::all_of(object_types(), [name = name(), this](u32 each) {
+        const auto it = named(name, each);
+        return it.property && !is_own(*it.property, *self_.model()->meta_model());
+    });
 }
 
 struct definition::plan {
@@ -169,9 +202,9 @@ bool definition::remove(const std::vector<meta_property_of_type>& those) {
         ids, [&](const auto& id) { return in->remove_user_defined_property(id.first, id.second); });
 }
 
+// Kept: refused also where the type was passed over, which was no error then.  A new list can leave it out.
 bool definition::remove_from(u32 type) {
-    const meta_object* const at = this->type(type);
-    const meta_property* const it = at ? at->find_property(name()) : nullptr;
+    const meta_property* const it = named(name(), type).property;
     return it && self_.model()->remove_user_defined_property(type, it->id());
 }
 

@@ -49,9 +49,10 @@ public:
     bool do_it(object* what, u32 id, given_value value, value_ptr old, object*, object*) override {
         definition it{*what};
         if (id == property_id::udp_default_value_choices && !follow_choices(*what, it, value)) return false;
+        // Kept: also an empty list of types leaves a definition incomplete, so what it stood for stays.
         if (!it.is_complete()) return true;
         if (id == property_id::name) return follow_name(it, value, old ? old->to_string() : std::string{});
-        if (id == property_id::udp_object_types) return follow_types(it, value);
+        if (id == property_id::udp_object_types) return it.remove(it.find_left_out(old.get())) && it.make();
         return pass_on(it, id, value);
     }
 
@@ -69,24 +70,11 @@ private:
         return those.empty() ? it.make() : it.set_attribute(those, attribute_id::name, name);
     }
 
-    // Kept: the properties are looked for on the types of the list as it is now, so a type that the new list
-    // leaves out is not met here and keeps its property.  Deleting the element takes the property away.
-    static bool follow_types(definition& it, given_value types) {
-        auto those = it.find();
-        std::erase_if(those, [&](const auto& one) { return lists(types, one.type->id()); });
-        return it.remove(those) && it.make();
-    }
-
-    static bool lists(given_value types, u32 type) {
-        const vector_property* const all = as_vector(&types);
-        return all && std::ranges::find(all->elements, type, udp::id_in) != all->elements.end();
-    }
-
     static bool pass_on(definition& it, u32 id, given_value value) {
         const auto row = std::ranges::find(passed_on_values, id, &passed_on::property);
         if (row == passed_on_values.end()) return true;
         const auto those = it.find();
-        return !those.empty() && it.set_attribute(those, row->attribute, value);
+        return those.empty() ? it.is_passed_over() : it.set_attribute(those, row->attribute, value);
     }
 };
 

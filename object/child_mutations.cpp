@@ -25,6 +25,7 @@ struct add_child_row : child_row {
     step change() {
         if (self.child_position(&child) != npos) return step::nothing_to_do;
         if (!self.may_own(child) || child.is_listed()) return step::refuse;
+        child.keep_if_deleted();
         position = self.made_children().run_size(child.type());
         self.insert_child(child, position);
         return step::go_on;
@@ -107,7 +108,8 @@ struct set_owner_row : structure_row {
         if (!new_owner.may_own(self)) return step::refuse;
         old_owner = self.owner_object();
         if (old_owner && !old_owner->remove_child(&self)) return step::failed;
-        return new_owner.add_child(&self) ? step::go_on : step::failed;
+        if (!new_owner.add_child(&self)) return step::failed;
+        return is_back() ? step::failed : step::go_on;
     }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<owner_set_message_impl>(&self, &new_owner, old_owner);
@@ -115,6 +117,13 @@ struct set_owner_row : structure_row {
     bool post(object_impl& at) {
         return at.run<post_set_owner_semantic>(
             [&](post_set_owner_semantic& h) { return h.do_it(&at, &new_owner, old_owner); });
+    }
+
+private:
+    /// \returns whether an observer of the two mutations has rolled them back: then there is nothing to tell
+    bool is_back() const {
+        return old_owner && old_owner != &new_owner && self.owner_object() == old_owner &&
+               old_owner->child_position(&self) != npos;
     }
 };
 

@@ -214,34 +214,42 @@ bool deletion::clear_elements(object_impl& referrer, u32 id) {
     return size_of() != 0 || referrer.state() != state::normal || referrer.delete_property(id);
 }
 
-/// Ends all deletions under way, the innermost first.
-bool give_all_up(std::vector<deletion>& under_way) {
-    while (!under_way.empty()) {
-        under_way.back().give_up();
-        under_way.pop_back();
+/// The deletions under way, each of a child of the one before.  Those that do not come to their end, also because a
+/// hook throws, are given up, the innermost first.
+class deletions {
+public:
+    ~deletions() {
+        while (!under_way_.empty()) {
+            under_way_.back().give_up();
+            under_way_.pop_back();
+        }
     }
-    return false;
-}
+    bool begin(object_impl& what) { return under_way_.emplace_back(what).begin(); }
+    /// \returns false when the innermost refuses to end
+    bool end() {
+        if (top().has_children() || !top().end()) return false;
+        under_way_.pop_back();
+        return true;
+    }
+    deletion& top() { return under_way_.back(); }
+    bool are_done() const { return under_way_.empty(); }
+
+private:
+    std::vector<deletion> under_way_;
+};
 
 } // namespace
 
 // A stack of its own instead of recursion: a tree may be as deep as a model is big.
 bool delete_plain_object(object_impl& what) {
     const message_history_impl::in_use guard{what.owning_model()->log()};
-    std::vector<deletion> under_way;
-    under_way.emplace_back(what);
-    if (!under_way.back().begin()) return give_all_up(under_way);
-    while (true) {
-        deletion& top = under_way.back();
-        if (object_impl* const child = top.next_child()) {
-            under_way.emplace_back(*child);
-            if (!under_way.back().begin()) return give_all_up(under_way);
-            continue;
-        }
-        if (top.has_children() || !top.end()) return give_all_up(under_way);
-        under_way.pop_back();
-        if (under_way.empty()) return true;
+    deletions under_way;
+    if (!under_way.begin(what)) return false;
+    while (!under_way.are_done()) {
+        object_impl* const child = under_way.top().next_child();
+        if (!(child ? under_way.begin(*child) : under_way.end())) return false;
     }
+    return true;
 }
 
 } // namespace kelm

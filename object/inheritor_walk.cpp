@@ -2,31 +2,13 @@
 // The walk up to the bases is base_search.
 #include "object/inheritor_walk.h"
 
-#include "message/message_impl.h"
 #include "meta/meta_property_impl.h"
+#include "object/model_impl.h"
+#include "object/passed_message.h"
 
 #include <kelm/meta_model.h>
 
-#include <utility>
-
 namespace kelm {
-
-namespace {
-
-/// A message that speaks of other objects for the length of a scope, and of its own again behind it.
-class borrowed_message {
-public:
-    explicit borrowed_message(message_impl& said) : said_(said), own_(said.edit()) {}
-    borrowed_message(const borrowed_message&) = delete;
-    borrowed_message& operator=(const borrowed_message&) = delete;
-    ~borrowed_message() { said_.set_object(&own_); }
-
-private:
-    message_impl& said_;
-    silent_edit& own_;
-};
-
-} // namespace
 
 bool is_inheritable(const meta_property& which) {
     const auto* const mark =
@@ -76,11 +58,11 @@ object_impl* inheritor_walk::next() {
 
 bool object_impl::pass_to_inheritors(message_impl& said, u32 id) {
     if (!inheritors_) return true;
-    const borrowed_message guard{said};
+    passed_message passed{model_->innermost_passed(), said};
     bool all = true;
     inheritor_walk walk{*this, id, nullptr, false};
     while (object_impl* const at = walk.next()) {
-        said.set_object(at);
+        passed.speak_of(*at);
         if (!at->notify(&said))
             all = false;
         else if (all) // Kept: behind a failure the others are told, but not those who inherit from them

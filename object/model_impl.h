@@ -16,6 +16,8 @@
 
 namespace kelm {
 
+class passed_message;
+
 /// A document.  Deleting it tears its objects down; framework_impl alone makes and deletes it.
 class model_impl final : public kelm::model, public object_impl {
 public:
@@ -38,8 +40,8 @@ public:
     tran_begin_message* previous_transaction(tran_begin_message* before) const override;
     bool in_transaction() const override { return history_.in_transaction(); }
     tran_begin_message* current_transaction() const override;
-    void rollback_transaction_all() override { history_.rollback(true); }
-    void rollback_transaction() override { history_.rollback(false); }
+    void rollback_transaction_all() override;
+    void rollback_transaction() override;
     void rollback_last_transaction() override;
 
     std::string undo_name() const override;
@@ -96,6 +98,8 @@ public:
         last_object_id_.set_last(last_object);
         last_udp_id_.set_last(last_udp);
     }
+    /// The messages that are being passed to inheritors, see passed_message.
+    passed_message*& innermost_passed() { return innermost_passed_; }
     id_map& objects_by_id() { return objects_by_id_; }
     object_pool& pool() { return pool_; }
     /// Keeps a value that left the graph in no message, so that it lives as long as the model.
@@ -117,6 +121,7 @@ private:
     std::vector<std::unique_ptr<abstract_property>> lost_values_;
     std::map<u32, std::map<u32, u32>> remembered_ids_; // for the application: nothing here reads them
     bool in_post_load_ = false;
+    passed_message* innermost_passed_ = nullptr;
     meta_model_impl instance_meta_model_;
     message_history_impl history_; // last: it goes first, while objects still stand
 };

@@ -94,7 +94,7 @@ std::string model_impl::undo_name() const {
 
 std::string model_impl::redo_name() const {
     if (!can_redo()) return {};
-    return static_cast<const tran_begin_message_impl&>(*history_.undone().back()).name();
+    return static_cast<const tran_begin_message_impl&>(*history_.undone().newest()).name();
 }
 
 void model_impl::undo_names(transaction_names& out, std::size_t max) const {

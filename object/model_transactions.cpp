@@ -1,6 +1,7 @@
 // Opening, closing, undoing and redoing transactions of a model.
 // What is stored, and how the log is walked, is message_history_impl.
 #include "object/model_impl.h"
+#include "object/passed_message.h"
 
 #include <kelm/message.h>
 
@@ -29,14 +30,29 @@ tran_end_message* model_impl::end_transaction() {
     return nullptr;
 }
 
-void model_impl::rollback_last_transaction() { history_.rollback_last(); }
+void model_impl::rollback_transaction_all() {
+    const as_recorded mark{innermost_passed_};
+    history_.rollback(true);
+}
+
+void model_impl::rollback_transaction() {
+    const as_recorded mark{innermost_passed_};
+    history_.rollback(false);
+}
+
+void model_impl::rollback_last_transaction() {
+    const as_recorded mark{innermost_passed_};
+    history_.rollback_last();
+}
 
 void model_impl::undo() {
+    const as_recorded mark{innermost_passed_};
     history_.undo();
     take_over_transaction_id();
 }
 
 void model_impl::redo() {
+    const as_recorded mark{innermost_passed_};
     history_.redo();
     take_over_transaction_id();
 }

@@ -3,6 +3,7 @@
 #include "framework/values.h"
 #include "message/udp_messages.h"
 #include "meta/meta_object_base.h"
+#include "meta/udp_definition.h"
 #include "object/model_impl.h"
 
 #include <algorithm>
@@ -46,10 +47,9 @@ meta_property* model_impl::add_user_defined_property(u32 type, const std::string
 
 bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_property* which, u32 attribute,
                                                      const abstract_property& value) {
-    if (!type || !which) return false;
-    // A type that came late is met as the application's: what is recorded is this model's view of it.
-    if (instance_meta_model_.find_meta_object(type->id()) == type)
-        type = instance_meta_model_.own_or_proxy(type->id());
+    if (!type || !which || !udp::is_own(*which, instance_meta_model_)) return false;
+    // The application's type does not have the property: what is recorded is this model's view of it.
+    if (meta_object* const shown = instance_meta_model_.own_or_proxy(type->id())) type = shown;
     auto before = clone(which->attribute_value(attribute).get());
     auto after = clone(&value);
     which->set_attribute_value(attribute, value);
@@ -60,10 +60,11 @@ bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_pro
 
 bool model_impl::remove_user_defined_property(u32 type, u32 id) {
     meta_object_base* const owner = instance_meta_model_.own_or_proxy(type);
-    if (!owner || !owner->find_property(id)) return false;
+    const meta_property* const there = owner ? owner->find_property(id) : nullptr;
+    if (!there || !udp::is_own(*there, instance_meta_model_)) return false; // before a value is lost
     // Ids first: hooks of the objects may change the tree meanwhile.
     for (const u32 each : ids_of_type(*this, type))
-        if (object* const there = find_object(each); there && !there->delete_property(id)) return false;
+        if (object* const holder = find_object(each); holder && !holder->delete_property(id)) return false;
 
     const meta_property* const leaving = owner->find_property(id);
     if (!leaving) return false;

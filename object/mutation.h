@@ -52,6 +52,7 @@ bool mutate(Row&& row) {
     };
     if (!everywhere([&](object_impl& at) { return row.pre(at); })) return self.refuse();
     if (self.is_deleted() && row.stops_when_deleted()) return true;
+    self.keep_if_deleted();
     switch (row.change()) {
     case step::go_on: break;
     case step::nothing_to_do: return true;

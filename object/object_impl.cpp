@@ -68,10 +68,12 @@ bool object_impl::refuse() {
 
 bool object_impl::attach(observer* who) {
     if (!who || !subject_impl::attach(who)) return false;
-    const auto* const observing = dynamic_cast<object*>(who);
+    auto* const observing = dynamic_cast<object_impl*>(who);
     if (!observing) return true;
     if (model_) {
         const message_history_impl::in_use guard{model_->log()};
+        keep_if_deleted();
+        observing->keep_if_deleted();
         model_->log().add_message(std::make_unique<observer_add_message_impl>(this, who, observing->id()));
     }
     if (!observer_ids_) observer_ids_ = std::make_unique<std::set<u32>>();

@@ -151,6 +151,11 @@ public:
     object_impl* owner_object() const { return owner_object_; }
     const semantic_table* semantics() const { return semantic_table_; }
     bool is_deleted() const { return object_state_ == state::deleted; }
+    /// A deleted object that is changed all the same is named by a message newer than that of its deletion: from then
+    /// on it stays in memory as long as its model.
+    void keep_if_deleted() {
+        if (is_deleted()) ++named_as_owner_;
+    }
     template <class Hook>
     bool has_hooks() const {
         return semantic_table_ && semantic_table_->of<Hook>();
@@ -186,6 +191,10 @@ public:
     ///          it, and no circle would close
     bool may_inherit_from(const object_impl& base) const;
 
+    /// The name that the object keeps, see cache_names(); null until it has been given one.
+    const std::string* cached_name() const { return cached_name_.get(); }
+    void cache_name(const std::string& name);
+
     /// Readers fill bare objects with these.
     void set_id(u32 id) { object_id_ = id; }
     void attach_semantics();
@@ -216,7 +225,7 @@ private:
     u32 type_id_;
     u32 object_id_ = 0;
     u32 pool_place_ = 0;
-    u32 named_as_owner_ = 0; // by how many objects, in its list or not
+    u32 named_as_owner_ = 0; // by how many objects, in its list or not; see also keep_if_deleted()
     u8 object_state_ = state::normal;
     bool is_listed_ = false;
     bool is_condemned_ = false; // goes with the last object that names it as its owner
@@ -228,6 +237,7 @@ private:
     std::unique_ptr<back_links> inheritors_;
     std::unique_ptr<std::vector<u32>> not_inheritable_; // in order of marking
     std::unique_ptr<std::set<u32>> observer_ids_;       // of the objects among the observers
+    std::unique_ptr<std::string> cached_name_;
 };
 
 inline object_impl* impl_of(object* what) { return static_cast<object_impl*>(what); }

@@ -1,6 +1,6 @@
 // The second storey of a change: values, elements and children of one object, changed without a word.
 // Edits of bases are inherit_edits.cpp.
-#include "object/object_impl.h"
+#include "object/model_impl.h"
 #include "object/reference_targets.h"
 
 namespace kelm {
@@ -28,6 +28,7 @@ abstract_property* object_impl::own_value(u32 id) const { return values_.find(id
 
 std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id,
                                                                std::unique_ptr<abstract_property> value) {
+    if (!value) return take_value(id); // a history may have lost it
     link_references(value.get());
     std::unique_ptr<abstract_property> former = values_.exchange(id, std::move(value));
     unlink_references(former.get());
@@ -79,11 +80,18 @@ std::unique_ptr<abstract_property> object_impl::take_element(u32 id, std::size_t
 
 void object_impl::move_element(u32 id, std::size_t from, std::size_t to) {
     vector_property* const list = own_vector(id);
-    if (!list || from >= list->elements.size() || to >= list->elements.size()) return;
+    if (!list || from >= list->elements.size()) return;
     auto& elements = list->elements;
     abstract_property* const moved = elements[from];
     elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(from));
-    elements.insert(elements.begin() + static_cast<std::ptrdiff_t>(to), moved);
+    if (to <= elements.size()) {
+        elements.insert(elements.begin() + static_cast<std::ptrdiff_t>(to), moved);
+        return;
+    }
+    // Kept: behind the end there is no place for it, and no message has it; the model frees it at its end.
+    std::unique_ptr<abstract_property> lost{moved};
+    unlink_references(moved);
+    if (model_) model_->keep_lost_value(std::move(lost));
 }
 
 child_list& object_impl::made_children() {

@@ -125,15 +125,11 @@ struct move_element_row : property_row {
         const vector_property* const list = own_vector_of(self, id);
         if (!list) return step::refuse;
         if (from >= list->elements.size()) return step::go_on; // told as done, with nothing moved
+        if (to >= list->elements.size()) return lose(list->elements[from]);
         std::unique_ptr<abstract_property> element = self.take_element(id, from, nullptr);
-        if (to <= list->elements.size()) {
-            self.insert_element(id, to, element);
-            moved = true;
-            return step::go_on;
-        }
-        // Kept: the element is out of the list by then, and no message has it; the model frees it at its end.
-        self.owning_model()->keep_lost_value(std::move(element));
-        return step::refuse;
+        self.insert_element(id, to, element);
+        moved = true;
+        return step::go_on;
     }
 
     std::unique_ptr<message_impl> message() {
@@ -145,6 +141,16 @@ struct move_element_row : property_row {
             [&](post_prop_change_vecprop_elem_order_semantic& h) {
                 return h.do_it(&at, id, from, to, &self);
             });
+    }
+
+private:
+    /// Kept: an element that would go behind the end is out of the list although the move is refused, and no message
+    /// has it; the model frees it at its end.  The rollback comes first: it needs the list as its messages left it.
+    step lose(const abstract_property* element) {
+        self.refuse();
+        if (auto lost = self.take_element(id, from, element))
+            self.owning_model()->keep_lost_value(std::move(lost));
+        return step::failed;
     }
 };
 

@@ -1,5 +1,5 @@
 // The trace file of developers: stamps, formats, lines.
-// Formats know %s and %% alone: every argument is a text.
+// Formats know %s and %% alone: every argument is a text, and ends at its first null like the format.
 #include "util/logger_impl.h"
 
 #include "util/complaint.h"
@@ -15,21 +15,23 @@ namespace kelm {
 namespace {
 
 constexpr const char* file_name = "kelm_logger.log";
+constexpr std::size_t longest_formatted = 19999;
 
-/// Puts the arguments in for each %s in turn; a missing one is empty.
+/// Puts the arguments in for each %s in turn; a missing one is empty, and what grows too long is cut.
 std::string formatted(const std::string& format, std::initializer_list<const std::string*> arguments) {
     std::string out;
     const auto* next = arguments.begin();
-    for (std::size_t i = 0; i < format.size(); ++i) {
+    for (std::size_t i = 0; i < format.size() && format[i] != '\0'; ++i) {
         const char following = format[i] == '%' && i + 1 < format.size() ? format[i + 1] : '\0';
         if (following == 's') {
-            if (next != arguments.end()) out += **next++;
+            if (next != arguments.end()) out += (*next++)->c_str();
             ++i;
         } else {
             out += format[i];
             if (following == '%') ++i;
         }
     }
+    if (out.size() > longest_formatted) out.resize(longest_formatted);
     return out;
 }
 

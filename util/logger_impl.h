@@ -8,7 +8,8 @@
 
 namespace kelm {
 
-/// Writes "kelm_logger.log" in the current directory, anew each time; each line is flushed.
+/// Writes "kelm_logger.log" in the current directory, anew each time; each line is flushed.  A formatted text is
+/// cut at 19999 bytes, a plain one is written whole.
 class kelm_logger_impl final : public kelm_logger {
 public:
     kelm_logger_impl();

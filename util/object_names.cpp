@@ -1,5 +1,7 @@
 // Names, paths and types of objects as text, and the attributes of their types.
 // Only public interfaces are used; lists and values of objects have files of their own.
+#include "util/object_names.h"
+#include "util/ascii.h"
 #include "util/process_state.h"
 
 #include <kelm/framework.h>
@@ -10,6 +12,11 @@
 #include <kelm/property.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <limits>
+#include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -69,6 +76,9 @@ std::string name_of(const meta_object* type) { return type ? type->name() : std:
 } // namespace
 
 const std::string& fast_unsafe_object_name(const object* what) {
+    // Kept: this comes before all that is asked of the object, so while it is set the deleted, the renamed and the
+    // objects of other models have the name that they keep as well. Nobody keeps none.
+    if (what && process().use_cached_object_names) return cached_name(*what);
     // Filled on the side: hooks behind the read may ask for names themselves.
     std::string name = what ? name_text(*what, name_value(*what)) : std::string{};
     std::string& buffer = process().object_name;
@@ -106,6 +116,25 @@ std::string property_name(unsigned type, unsigned property, kelm::model* in) {
     const meta_object* const declared_in = types_of(in)->find_meta_object(type);
     const meta_property* const found = declared_in ? declared_in->find_property(property) : nullptr;
     return found ? found->name() : std::string{};
+}
+
+std::string object_id_to_hex_string(const unsigned long& id) {
+    char digits[9];
+    std::snprintf(digits, sizeof digits, "%08X", static_cast<unsigned>(id)); // Kept: the low 32 bits
+    return digits;
+}
+
+unsigned long hex_string_to_object_id(const std::string& text) {
+    std::string_view rest = text;
+    while (!rest.empty() && is_space(rest.front())) rest.remove_prefix(1);
+    const bool negative = rest.starts_with('-');
+    if (negative || rest.starts_with('+')) rest.remove_prefix(1);
+    if (rest.starts_with("0x") || rest.starts_with("0X")) rest.remove_prefix(2);
+    u64 read = 0;
+    if (std::from_chars(rest.data(), rest.data() + rest.size(), read, 16).ec ==
+        std::errc::result_out_of_range)
+        return std::numeric_limits<u32>::max();
+    return static_cast<u32>(negative ? 0 - read : read); // Kept: as the C library's "%X" stores it
 }
 
 bool bool_meta_attribute(const object* what, unsigned attribute, bool fallback) {

@@ -18,6 +18,8 @@ struct process_state {
     bool guid_source_fails = false;
     /// The buffer behind fast_unsafe_object_name().
     std::string object_name;
+    /// A compare runs: names are those that objects keep (util/object_names.h).
+    bool use_cached_object_names = false;
     /// Objects whose name is being put together from references, which lead to further names; the innermost last.
     std::vector<const object*> names_in_making;
     /// When the last line of the trace was written; 0 before the first.

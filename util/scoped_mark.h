@@ -11,6 +11,9 @@ public:
     scoped_mark& operator=(const scoped_mark&) = delete;
     ~scoped_mark() { mark_ = before_; }
 
+    /// Leaves the mark set behind the scope.
+    void stay_set() { before_ = true; }
+
 private:
     bool& mark_;
     bool before_;

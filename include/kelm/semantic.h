@@ -131,8 +131,13 @@ class post_set_owner_semantic : public semantic_of<40, object*, object*, object*
 /// (model, major version, minor version of what was read)
 class post_model_load_semantic : public semantic_of<41, kelm::model*, u32, u32> {};
 class post_end_transaction_semantic : public semantic_of<42, kelm::model*> {};
-/// For the application alone: the library never calls it.
-class validate_semantic : public semantic_of<43, object*> {};
+/// For the application alone: the library never calls it, so what an application derives from it says for itself which
+/// arguments its do_it() takes.
+class validate_semantic : public semantic {
+public:
+    static constexpr int kind = 43;
+    int type() const final { return kind; }
+};
 /// (major version, minor version of the stream)
 class read_newer_model_semantic : public semantic_of<44, u32, u32> {};
 

@@ -26,6 +26,14 @@ public:
     virtual ~obj_delete_message() = default;
 };
 
+/// For applications that tell of copies: the library neither makes nor stores one.
+class KELM_EXPORT clone_object_message {
+public:
+    virtual kelm::object* source() const = 0;
+    virtual kelm::object* copy() const = 0;
+    virtual ~clone_object_message() = default;
+};
+
 class KELM_EXPORT child_add_message {
 public:
     virtual kelm::object* child() const = 0;

@@ -191,7 +191,7 @@ TEST_F(create_object, an_owner_that_refuses_its_child_ends_the_creation) {
     }
 }
 
-TEST_F(create_object, an_observer_that_refuses_the_new_child_leaves_the_mark_set) {
+TEST_F(create_object, keeps_the_mark_set_when_an_observer_refuses_the_new_child) {
     recorder ear;
     ear.watch(root);
     ear.answer = false;

@@ -42,6 +42,16 @@ private:
     int kind_;
 };
 
+/// What an application may make of the kind that is left to it.
+class validator final : public validate_semantic {
+public:
+    u32 id() const override { return 1; }
+    bool do_it(const object* what, std::string& complaint) {
+        complaint += what ? "" : "nothing to validate";
+        return what != nullptr;
+    }
+};
+
 std::string ids_of(const semantic_table::hooks* list) {
     if (!list) return "no list";
     std::string out;
@@ -81,6 +91,15 @@ TEST(semantic_table, takes_no_hook_of_a_kind_that_it_is_not_of) {
         EXPECT_FALSE(table.add(shared_ptr<semantic>(new liar(kind))));
     }
     EXPECT_TRUE(table.empty());
+}
+
+TEST(semantic_table, gives_an_application_its_own_kind_to_call_as_it_likes) {
+    semantic_table table;
+    ASSERT_TRUE(table.add(shared_ptr<semantic>(new validator)));
+    ASSERT_EQ(ids_of(table.of(43)), "1 ");
+    std::string complaint;
+    EXPECT_FALSE(dynamic_cast<validator&>(*table.of(43)->front()).do_it(nullptr, complaint));
+    EXPECT_EQ(complaint, "nothing to validate");
 }
 
 TEST(semantic_table, merges_behind_what_it_has) {

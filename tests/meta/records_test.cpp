@@ -66,7 +66,7 @@ TEST_F(records, a_property_reads_what_was_written) {
     EXPECT_EQ(written(it), property_record);
 }
 
-TEST_F(records, the_class_field_is_carried_and_says_nothing) {
+TEST_F(records, keeps_carrying_a_class_field_that_says_nothing) {
     std::string bytes = property_record;
     bytes[bytes.size() - 4] = '\x2A';
     meta_property_impl it;

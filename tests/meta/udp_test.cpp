@@ -77,21 +77,61 @@ TEST_F(user_defined_properties, a_type_with_a_property_of_that_name_is_passed_ov
     EXPECT_NE(made_on(table_type), nullptr);
 }
 
-TEST_F(user_defined_properties, keeps_taking_a_property_of_that_name_for_its_own_when_a_name_is_given_last) {
+TEST_F(user_defined_properties,
+       a_type_with_a_property_of_that_name_is_passed_over_also_when_the_name_comes_last) {
     ASSERT_TRUE(set(property_id::udp_object_types, *ids({column_type, table_type})));
     ASSERT_TRUE(set(property_id::name, text("Colour")));
-    EXPECT_EQ(made_on(table_type), nullptr) << "one was found, so none was made";
-    EXPECT_EQ(stored_id(), 0U);
+    EXPECT_EQ(made_on(column_type), nullptr);
+    EXPECT_NE(made_on(table_type), nullptr);
+    EXPECT_EQ(stored_id(), first_id);
 }
 
-TEST_F(user_defined_properties, keeps_renaming_what_has_the_name_also_where_it_was_passed_over) {
+TEST_F(user_defined_properties, what_the_application_declared_keeps_its_name_when_a_definition_is_renamed) {
     define("Colour", {column_type, table_type});
-    meta_property* const declared = type(column_type)->find_property(colour_property);
+    const meta_property* const declared = type(column_type)->find_property(colour_property);
     ASSERT_TRUE(set(property_id::name, text("Shade")));
+    EXPECT_EQ(declared->name(), "Colour") << "all models see it";
     EXPECT_EQ(made_on(table_type)->name(), "Shade");
-    EXPECT_EQ(declared->name(), "Shade");
-    model_->undo();
-    EXPECT_EQ(declared->name(), "Colour") << "it is the application's, and other tests go on with it";
+    EXPECT_EQ(made_on(column_type), nullptr) << "a rename makes nothing";
+}
+
+TEST_F(user_defined_properties, what_the_application_declared_takes_no_values_of_a_definition) {
+    define("Colour", {column_type});
+    const meta_property* const declared = type(column_type)->find_property(colour_property);
+    const auto before = declared->attributes().size();
+    EXPECT_TRUE(set(property_id::definition, text("words"))) << "passed over, which is no error";
+    EXPECT_TRUE(set(property_id::udp_default_value_choices, *texts({"red"})));
+    EXPECT_TRUE(append(property_id::udp_default_value_choices, text("blue")));
+    EXPECT_TRUE(set(property_id::udp_multiline_value, property<bool>(true)));
+    EXPECT_EQ(declared->definition(), "");
+    EXPECT_EQ(declared->attributes().size(), before);
+
+    ASSERT_TRUE(append(property_id::udp_object_types, property<unsigned>(unknown_type)));
+    EXPECT_FALSE(set(property_id::definition, text("more words"))) << "now there is another cause";
+}
+
+TEST_F(user_defined_properties, keeps_taking_the_property_of_another_definition_when_the_name_comes_last) {
+    define("Owner", {table_type});
+    object* const first = definition_;
+    definition_ = make(type_id::user_defined_property);
+    ASSERT_TRUE(set(property_id::udp_object_types, *ids({column_type, table_type})));
+    ASSERT_TRUE(set(property_id::name, text("Owner")));
+    EXPECT_FALSE(type(column_type)->has_property("Owner")) << "one was found, so none was made";
+    EXPECT_EQ(stored_id(), 0U);
+
+    ASSERT_TRUE(change([&] { return framework::instance().delete_object(definition_); }));
+    EXPECT_EQ(made_on(table_type), nullptr) << "it goes with either";
+    EXPECT_EQ(framework::instance().udp_property_id(first), first_id);
+}
+
+TEST_F(user_defined_properties, keeps_renaming_the_property_of_another_definition) {
+    define("Owner", {table_type});
+    definition_ = make(type_id::user_defined_property);
+    define("Owner", {table_type, column_type});
+    ASSERT_NE(made_on(column_type, first_id + 1), nullptr);
+    ASSERT_TRUE(set(property_id::name, text("Keeper")));
+    EXPECT_EQ(made_on(table_type)->name(), "Keeper") << "made by the first";
+    EXPECT_EQ(made_on(column_type, first_id + 1)->name(), "Keeper");
 }
 
 TEST_F(user_defined_properties, it_is_no_error_when_every_type_is_passed_over) {
@@ -290,7 +330,14 @@ TEST_F(user_defined_properties, the_framework_reads_definitions) {
 
     object* const table = make(table_type);
     ASSERT_TRUE(set(table, property_id::udp_object_types, *ids({table_type})));
-    EXPECT_FALSE(all.is_object_type_of_udp(table, table_type)) << "no definition";
+    EXPECT_TRUE(all.is_object_type_of_udp(table, table_type)) << "what has the list, whatever its type";
+    EXPECT_FALSE(all.is_object_type_of_udp(table, column_type));
+    ASSERT_TRUE(set(table, property_id::udp_object_types, text("41001")));
+    EXPECT_FALSE(all.is_object_type_of_udp(table, table_type)) << "no list";
+    ASSERT_TRUE(set(table, property_id::udp_id, property<int>(4711)));
+    EXPECT_EQ(all.udp_property_id(table), 4711U);
+    ASSERT_TRUE(set(table, property_id::udp_id, text("4711")));
+    EXPECT_EQ(all.udp_property_id(table), 0U) << "no number";
 }
 
 } // namespace

@@ -136,6 +136,13 @@ protected:
             model_->add_user_defined_property(column_type, "Probe", data_type::string, "", 0);
         return made ? made->id() : 0;
     }
+    /// \returns the messages of the history, one line each
+    std::string history() const {
+        std::string lines;
+        for (std::size_t at = 0; at != model_->message_count(); ++at)
+            lines += test::line_of(model_->message_at(at)) + "\n";
+        return lines;
+    }
     u32 stored_id() { return framework::instance().udp_property_id(definition_); }
 
     object* root_ = nullptr;

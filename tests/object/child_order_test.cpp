@@ -69,7 +69,7 @@ TEST_F(child_order_test, is_told_in_full_both_ways) {
         "17 again Order Child - object: Part owner.a of Hooked owner: new position 2, old position: 0\n");
 }
 
-TEST_F(child_order_test, past_the_end_takes_the_child_out_and_says_nothing) {
+TEST_F(child_order_test, keeps_silent_when_a_position_past_the_end_takes_the_child_out) {
     std::string lines;
     write_down(hooks, lines, {25, 26});
     recorder heard;

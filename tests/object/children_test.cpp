@@ -300,7 +300,7 @@ TEST_F(children_test, hooks_may_react_in_the_same_transaction) {
     EXPECT_NE(dump(), before);
 }
 
-TEST_F(children_test, of_a_deleted_object_change_only_where_no_hook_asks) {
+TEST_F(children_test, keeps_changing_those_of_the_deleted_where_no_hook_asks) {
     struct row {
         const char* why;
         u32 type;

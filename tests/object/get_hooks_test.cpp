@@ -75,26 +75,6 @@ TEST_F(get_hooks, run_on_every_object_that_a_read_passes) {
     hooks.record(false);
 }
 
-TEST_F(get_hooks, do_not_touch_the_mark) {
-    object* const h = hooked("h");
-    prepare([&] { h->set_property(props::text, text("t")); });
-    std::string seen;
-    for (const int kind : {4, 5, 6})
-        hooks.on(kind, [&](hook_call&) {
-            seen += fw.in_semantic() ? "s" : "-";
-            return true;
-        });
-    std::string out;
-    EXPECT_TRUE(h->get_property_as_string(props::text, out));
-    EXPECT_EQ(seen, "---");
-    for (const int kind : {4, 5, 6}) {
-        hooks.refuse(kind);
-        EXPECT_FALSE(h->get_property_as_string(props::text, out));
-        EXPECT_FALSE(fw.in_semantic());
-        hooks.clear();
-    }
-}
-
 TEST_F(get_hooks, a_refusal_hides_even_an_own_value_and_rolls_nothing_back) {
     object* const h = hooked("h");
     prepare([&] { h->set_property(props::text, text("t")); });
@@ -207,7 +187,7 @@ struct replacing_case {
 
 TEST_F(get_hooks, replaced_values_are_freed_exactly_once) {
     const int before = counted::alive;
-    object* const h = make(types::hooked_twice, "h");
+    object* const h = make(types::more_hooked, "h");
     object* const inheritor = thing("inheritor");
     prepare([&] {
         h->set_property(props::text, counted{"t"});
@@ -307,7 +287,7 @@ TEST_F(get_hooks, values_made_on_a_base_are_freed_when_the_inheritor_replaces_or
 
 TEST_F(get_hooks, a_hook_that_throws_leaks_nothing) {
     const int before = counted::alive;
-    object* const h = make(types::hooked_twice, "h");
+    object* const h = make(types::more_hooked, "h");
     prepare([&] { h->set_property(props::text, counted{"t"}); });
     behind([](abstract_property*& value) {
         value = new counted{"new"};

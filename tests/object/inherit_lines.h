@@ -7,6 +7,8 @@
 #include <kelm/property_messages.h>
 #include <kelm/structure_messages.h>
 
+#include <sstream>
+
 namespace kelm::test {
 
 /// \returns what a message of values or bases tells; empty for any other
@@ -50,6 +52,17 @@ protected:
     }
     void link(object* from, object* base) {
         ASSERT_TRUE(change([&] { return from->add_inherits_from(base); }));
+    }
+    /// \returns the calls of hooks around changes since the last time, without those of reads and updates
+    std::string hook_log() {
+        std::string kept, line;
+        for (std::istringstream log{hooks.take_log()}; std::getline(log, line);) {
+            const int kind = std::stoi(line);
+            const bool is_change = kind > 6 && kind != pre_children_get_semantic::kind &&
+                                   kind != post_children_get_semantic::kind;
+            if (is_change) kept += line + "\n";
+        }
+        return kept;
     }
     std::string bases_of(const object* of) const { return names_of(of->inherits_from_list(0)); }
 };

@@ -292,4 +292,94 @@ TEST_F(inherit_list, a_circle_that_a_hook_has_closed_meanwhile_is_refused) {
     expect_refused([&] { return h->insert_inherits_from(b, 0); });
 }
 
+TEST_F(inherit_list, cancelling_all_takes_one_undo_and_tells_each_value_that_is_lost) {
+    give(b, "x");
+    give(c, "y");
+    give(c, "more", props::definition);
+    link(a, b);
+    link(a, c);
+    link(d, a);
+    listen({a, d});
+    expect_reversible([&] {
+        const bool done = a->cancel_all_inherits_from();
+        EXPECT_EQ(ears.take(), "20 first a: - c\n10 first a: 2 lost more\n10 first d: 2 lost more\n"
+                               "20 first a: - b\n10 first a: 10 lost x\n10 first d: 10 lost x\n");
+        return done;
+    });
+}
+
+TEST_F(inherit_list, cancelling_all_ends_where_an_observer_refuses_and_leaves_the_rest) {
+    link(a, b);
+    link(a, c);
+    link(a, d);
+    listen({a});
+    int heard = 0;
+    ears.meanwhile = [&](message*) { ears.answer = ++heard != 2; };
+    begin();
+    EXPECT_FALSE(a->cancel_all_inherits_from());
+    EXPECT_TRUE(model->in_transaction());
+    end();
+    ears.meanwhile = nullptr;
+    EXPECT_EQ(bases_of(a), "b") << "what was refused was done";
+}
+
+TEST_F(inherit_list, cancelling_all_outside_a_transaction_keeps_what_went_before_a_hook_refused) {
+    object* const h = hooked("h");
+    link(h, b);
+    link(h, c);
+    hooks.on<pre_cancel_inherits_from_semantic>([&](hook_call& call) { return call.others[0] != b; });
+    EXPECT_FALSE(h->cancel_all_inherits_from());
+    EXPECT_EQ(bases_of(h), "b");
+    hooks.clear();
+    begin();
+    end();
+}
+
+TEST_F(inherit_list, what_may_be_a_base_is_asked_before_the_hooks_or_behind_them) {
+    object* const h = hooked("h");
+    link(h, b);
+    link(d, h);
+    forget();
+    hooks.record(true);
+    struct row {
+        const char* why;
+        std::function<bool()> what;
+        bool answer;
+        const char* asked;
+    };
+    object* const nobody = nullptr;
+    for (const row& r : {
+             row{"add nothing", [&] { return h->add_inherits_from(nobody); }, false, "29 h null\n"},
+             row{"add itself", [&] { return h->add_inherits_from(h); }, false, "29 h h\n"},
+             row{"add an inheritor", [&] { return h->add_inherits_from(d); }, false, "29 h d\n"},
+             row{"add again", [&] { return h->add_inherits_from(b); }, true, "29 h b\n30 h b\n"},
+             row{"insert nothing", [&] { return h->insert_inherits_from(nobody, 0); }, false, ""},
+             row{"insert itself", [&] { return h->insert_inherits_from(h, 0); }, false, ""},
+             row{"insert an inheritor", [&] { return h->insert_inherits_from(d, 0); }, false, ""},
+             row{"insert again", [&] { return h->insert_inherits_from(b, 0); }, true, ""},
+             row{"insert too far", [&] { return h->insert_inherits_from(c, 2); }, false, "35 h c 2\n"},
+             row{"replace by nothing", [&] { return h->replace_inherits_from(nobody, b); }, false, ""},
+             row{"replace by itself", [&] { return h->replace_inherits_from(h, b); }, false, ""},
+             row{"replace by an inheritor", [&] { return h->replace_inherits_from(d, b); }, false, ""},
+             row{"replace by the same", [&] { return h->replace_inherits_from(b, b); }, true, ""},
+             row{"replace too far", [&] { return h->replace_inherits_from_at(c, 1); }, false, ""},
+             row{"replace what is no base", [&] { return h->replace_inherits_from(c, d); }, false, ""},
+             row{"cancel nothing", [&] { return h->cancel_inherits_from(nobody); }, true, "31 h null\n"},
+             row{"cancel itself", [&] { return h->cancel_inherits_from(h); }, true, "31 h h\n"},
+             row{"move nothing", [&] { return h->set_inherits_from_position(nobody, 0); }, false, ""},
+             row{"move itself", [&] { return h->set_inherits_from_position(h, 0); }, false, ""},
+             row{"move an inheritor", [&] { return h->set_inherits_from_position(d, 0); }, false, ""},
+             row{"move what is no base", [&] { return h->set_inherits_from_position(c, 0); }, false,
+                 "37 h c 0\n"},
+             row{"move too far", [&] { return h->set_inherits_from_position(b, 2); }, false, "37 h b 2\n"},
+         }) {
+        SCOPED_TRACE(r.why);
+        begin();
+        EXPECT_EQ(r.what(), r.answer);
+        EXPECT_EQ(hook_log(), r.asked);
+        if (model->in_transaction()) end();
+        EXPECT_EQ(bases_of(h), "b");
+    }
+}
+
 } // namespace kelm::test

@@ -22,18 +22,6 @@ protected:
         listen({a, below});
         hooks.record(true);
     }
-    /// \returns the calls of hooks that can refuse, without those of reads
-    std::string hook_log() {
-        std::string kept;
-        const std::string log = hooks.take_log();
-        for (std::size_t at = 0; at < log.size();) {
-            const std::size_t end = log.find('\n', at) + 1;
-            const std::string line = log.substr(at, end - at);
-            if (line[1] != ' ' || (line[0] != '4' && line[0] != '5' && line[0] != '0')) kept += line;
-            at = end;
-        }
-        return kept;
-    }
     void expect_told(const char* when, const std::string& lines) {
         SCOPED_TRACE(when);
         EXPECT_EQ(ears.take(), lines);

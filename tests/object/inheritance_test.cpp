@@ -215,7 +215,7 @@ TEST_F(inheritance, inheritors_are_told_depth_first_in_the_order_of_their_addres
     EXPECT_EQ(told, expected);
 }
 
-TEST_F(inheritance, behind_a_refusal_siblings_are_told_but_nobody_below_and_nothing_is_taken_back) {
+TEST_F(inheritance, keeps_telling_siblings_but_nobody_below_when_an_observer_has_refused) {
     object* const base = thing("base");
     std::vector<object*> direct{thing("p"), thing("q")};
     for (object* each : direct) link(each, base);

@@ -75,7 +75,7 @@ TEST_F(listing_test, takes_null_for_no_filter_and_no_sorter) {
     EXPECT_EQ(owner->child_count(no_filter), 5u);
 }
 
-TEST_F(listing_test, takes_the_run_of_a_type_whatever_is_derived_from_it) {
+TEST_F(listing_test, keeps_to_the_run_of_a_type_whatever_is_derived_from_it) {
     obj_filter_type exact{types::thing};
     obj_filter_type derived{types::thing, true};
     EXPECT_EQ(own_names(owner->children(&exact)), "c");

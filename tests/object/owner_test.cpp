@@ -161,7 +161,32 @@ TEST_F(owner_test, stays_when_the_old_or_the_new_one_refuses) {
     EXPECT_TRUE(fw.in_semantic());
 }
 
-TEST_F(owner_test, of_a_deleted_object_changes_only_where_no_hook_asks) {
+// The two halves are done by then, and undone: to go on would tell of a move that is none, and record it outside any
+// transaction, behind which nothing can be undone any more.
+TEST_F(owner_test, stays_untold_when_an_observer_of_a_half_rolls_back_and_answers_true) {
+    object* const from = thing("from");
+    object* const to = thing("to");
+    object* const moved = part("moved", from);
+    begin();
+    from->set_property(props::text, text("earlier"));
+    end();
+    const std::string before = dump();
+    for (object* const at : {from, to}) {
+        SCOPED_TRACE(object_name(at));
+        recorder ear;
+        ear.watch(at);
+        ear.meanwhile = [&](message* what) {
+            if (what->is_first_run()) model->rollback_transaction();
+        };
+        begin();
+        EXPECT_FALSE(moved->set_owner(to));
+        EXPECT_FALSE(model->in_transaction());
+        EXPECT_EQ(dump(), before);
+        EXPECT_TRUE(model->can_undo()) << "the earlier transaction is the last one again";
+    }
+}
+
+TEST_F(owner_test, keeps_moving_the_deleted_where_no_hook_asks) {
     object* const to = thing("to");
     object* const plain = thing("plain");
     object* const asked = hooked("asked");

@@ -1,5 +1,5 @@
-// Hooks around setting and deleting values and around elements: order, arguments, refusals.
-// Hooks of reads are get_hooks_test; those of marks and bases stand with inheritance.
+// Hooks around setting and deleting values and around elements: order, inheritors, observers between them.
+// What holds for hooks of every kind is every_hook_test; hooks of reads are get_hooks_test.
 #include "tests/object/value_lines.h"
 
 namespace kelm::test {
@@ -151,65 +151,6 @@ INSTANTIATE_TEST_SUITE_P(values, each_mutator, testing::ValuesIn(mutators), [](c
     return name;
 });
 
-TEST_P(each_mutator, is_undone_and_redone) {
-    ASSERT_TRUE(change([&] { return call(); }));
-    const std::string after = dump();
-    EXPECT_NE(after, before);
-    for (int round = 0; round != 2; ++round) {
-        model->undo();
-        EXPECT_EQ(dump(), before);
-        model->redo();
-        EXPECT_EQ(dump(), after);
-    }
-}
-
-TEST_P(each_mutator, refused_before_gives_false_and_rolls_the_level_back) {
-    hooks.refuse(GetParam().pre);
-    begin();
-    ASSERT_TRUE(h->set_property_not_inheritable(props::flag, true));
-    begin();
-    ASSERT_TRUE(h->set_property_not_inheritable(props::real, true));
-    EXPECT_FALSE(call());
-    EXPECT_FALSE(h->is_property_not_inheritable(props::real));
-    EXPECT_TRUE(h->is_property_not_inheritable(props::flag));
-    EXPECT_TRUE(model->in_transaction());
-    EXPECT_FALSE(fw.in_semantic());
-    hooks.clear();
-    ASSERT_TRUE(call());
-    end();
-    EXPECT_EQ(message_types().substr(0, 4), "1 13");
-    model->undo();
-    EXPECT_EQ(dump(), before);
-}
-
-TEST_P(each_mutator, refused_behind_is_taken_back_with_its_level) {
-    hooks.refuse(GetParam().post);
-    begin();
-    EXPECT_FALSE(call());
-    EXPECT_FALSE(model->in_transaction());
-    EXPECT_EQ(dump(), before);
-    EXPECT_EQ(model->message_count(), 0u);
-    EXPECT_FALSE(fw.in_semantic());
-}
-
-TEST_P(each_mutator, refused_before_outside_a_transaction_changes_nothing_and_leaves_the_mark) {
-    hooks.refuse(GetParam().pre);
-    EXPECT_FALSE(call());
-    EXPECT_TRUE(fw.in_semantic());
-    EXPECT_EQ(dump(), before);
-    EXPECT_EQ(model->message_count(), 0u);
-    fw.set_in_semantic(false);
-}
-
-TEST_P(each_mutator, keeps_what_was_done_when_refused_behind_outside_a_transaction) {
-    hooks.refuse(GetParam().post);
-    EXPECT_FALSE(call());
-    EXPECT_TRUE(fw.in_semantic());
-    EXPECT_NE(dump(), before);
-    EXPECT_EQ(model->message_count(), 1u);
-    fw.set_in_semantic(false);
-}
-
 TEST_P(each_mutator, can_be_refused_by_an_inheritor) {
     for (const int kind : {GetParam().pre, GetParam().post}) {
         SCOPED_TRACE(kind);
@@ -250,76 +191,6 @@ TEST_P(each_mutator, ends_with_false_and_stands_when_an_observer_of_an_inheritor
     end();
     EXPECT_NE(dump(), before);
     model->undo();
-    EXPECT_EQ(dump(), before);
-}
-
-TEST_P(each_mutator, marks_what_its_hooks_change_as_not_the_users_work) {
-    for (const int kind : {GetParam().pre, GetParam().post})
-        hooks.on(kind, [&](hook_call& c) {
-            return c.at != h ||
-                   h->set_property_not_inheritable(props::flag, !h->is_property_not_inheritable(props::flag));
-        });
-    ASSERT_TRUE(change([&] { return call(); }));
-    EXPECT_FALSE(fw.in_semantic());
-    int user = 0;
-    int hook = 0;
-    for (std::size_t at = 0; at != model->message_count(); ++at) {
-        const message* const each = model->message_at(at);
-        const bool is_of_hook = each->type() == message_type::property_set_not_inheritable;
-        if (each->type() <= message_type::tran_end) continue;
-        ++(is_of_hook ? hook : user);
-        EXPECT_NE(each->is_user_created(), is_of_hook);
-    }
-    EXPECT_EQ(hook, 2);
-    EXPECT_EQ(user, 1);
-    model->undo();
-    EXPECT_EQ(dump(), before);
-}
-
-TEST_P(each_mutator, stops_content_when_a_hook_before_deletes_the_object) {
-    hooks.on(GetParam().pre, [&](hook_call& c) { return c.at != h || fw.delete_object(h); });
-    begin();
-    // Deleting takes the values away one by one, through the same hooks.
-    const int kind = GetParam().pre;
-    if (kind == 15)
-        hooks.on(kind, [&, done = false](hook_call& c) mutable {
-            if (c.at != h || done) return true;
-            done = true;
-            hooks.on(kind, [](hook_call&) { return true; });
-            return fw.delete_object(h);
-        });
-    EXPECT_TRUE(call());
-    EXPECT_EQ(h->state(), state::deleted);
-    end();
-    model->undo();
-    EXPECT_EQ(dump(), before);
-}
-
-TEST_P(each_mutator, calls_no_hooks_in_undo_and_redo) {
-    ASSERT_TRUE(change([&] { return call(); }));
-    int calls = 0;
-    for (int kind = 7; kind != 45; ++kind)
-        hooks.on(kind, [&](hook_call&) {
-            ++calls;
-            return false;
-        });
-    model->undo();
-    model->redo();
-    EXPECT_EQ(calls, 0);
-    hooks.clear();
-}
-
-TEST_P(each_mutator, leaves_the_mark_to_a_rollback_when_a_hook_throws) {
-    hooks.on(GetParam().pre, [](hook_call&) -> bool { throw std::runtime_error("thrown by a hook"); });
-    begin();
-    EXPECT_THROW(call(), std::runtime_error);
-    EXPECT_TRUE(fw.in_semantic());
-    hooks.on(GetParam().pre, [](hook_call&) { return true; });
-    hooks.on(GetParam().post, [](hook_call&) -> bool { throw std::runtime_error("thrown by a hook"); });
-    EXPECT_THROW(call(), std::runtime_error);
-    EXPECT_TRUE(fw.in_semantic());
-    model->rollback_transaction();
-    EXPECT_FALSE(fw.in_semantic());
     EXPECT_EQ(dump(), before);
 }
 
@@ -372,35 +243,6 @@ TEST_F(property_hooks, a_change_inside_a_change_of_the_callers_hook_stays_marked
     EXPECT_TRUE(fw.in_semantic());
     fw.set_in_semantic(false);
     EXPECT_EQ(lines(), "7 first hook h: 10 in h none of nobody to 't'\n");
-}
-
-TEST_F(property_hooks, an_object_deleted_behind_a_set_ends_the_list_content) {
-    object* const h = make(types::hooked_twice, "h");
-    int later = 0;
-    hooks.on(8 + second, [&](hook_call&) {
-        ++later;
-        return true;
-    });
-    ASSERT_TRUE(change([&] { return h->set_property(props::text, text("both")); }));
-    EXPECT_EQ(later, 1);
-    hooks.on<post_prop_set_semantic>([&](hook_call& c) { return fw.delete_object(c.at); });
-    begin();
-    EXPECT_TRUE(h->set_property(props::text, text("t")));
-    EXPECT_EQ(later, 1);
-    EXPECT_EQ(h->state(), state::deleted);
-    end();
-}
-
-TEST_F(property_hooks, the_first_refusal_ends_the_list) {
-    object* const h = make(types::hooked_twice, "h");
-    int later = 0;
-    hooks.on(8 + second, [&](hook_call&) {
-        ++later;
-        return true;
-    });
-    hooks.refuse<post_prop_set_semantic>();
-    EXPECT_FALSE(change([&] { return h->set_property(props::text, text("t")); }));
-    EXPECT_EQ(later, 0);
 }
 
 TEST_F(property_hooks, hooks_behind_get_the_callers_value_though_it_has_been_replaced_meanwhile) {

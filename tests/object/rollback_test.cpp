@@ -151,5 +151,47 @@ TEST_F(rollback, only_a_closed_one_is_rolled_back_as_the_last) {
     EXPECT_EQ(value(), "stray");
 }
 
+// While an inheritor is told, the message speaks of the inheritor; what goes back is the object that was changed.
+TEST_F(rollback, rollback_by_an_observer_of_an_inheritor_takes_back_the_object_that_was_changed) {
+    object* const base = thing("base");
+    object* const heir = thing("heir");
+    const struct {
+        const char* why;
+        std::function<void()> change;
+    } rows[] = {
+        {"a value is set", [&] { base->set_property(props::text, text("new")); }},
+        {"a value goes", [&] { base->delete_property(props::number); }},
+        {"an element comes", [&] { base->append_vector_element(props::list, number(2)); }},
+        {"an element changes", [&] { base->set_vector_element(props::list, number(2), 0); }},
+        {"an element goes", [&] { base->delete_vector_element(props::list, 0); }},
+        {"a mark comes", [&] { base->set_property_not_inheritable(props::flag, true); }},
+    };
+    begin();
+    base->set_property(props::number, number(1));
+    base->set_property(props::list, vector_property{});
+    base->append_vector_element(props::list, number(1));
+    heir->add_inherits_from(base);
+    end();
+    const std::string before = dump();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        recorder at_heir;
+        at_heir.watch(heir);
+        std::vector<object*> told_of;
+        at_heir.meanwhile = [&](message* what) {
+            if (!what->is_first_run()) return;
+            told_of.push_back(what->object());
+            model->rollback_transaction();
+            told_of.push_back(what->object());
+        };
+        begin();
+        row.change();
+        EXPECT_FALSE(model->in_transaction());
+        EXPECT_EQ(told_of, (std::vector<object*>{heir, heir}))
+            << "those that are told after it hear the same";
+        EXPECT_EQ(dump(), before);
+    }
+}
+
 } // namespace
 } // namespace kelm::test

@@ -132,7 +132,7 @@ TEST_F(transactions, levels_are_stored_and_only_the_outermost_is_told) {
     EXPECT_FALSE(model->history()->detach(&of_history));
 }
 
-TEST_F(transactions, a_refused_begin_is_open_all_the_same) {
+TEST_F(transactions, keeps_open_what_was_begun_and_refused) {
     listen();
     ear.answer = false;
     const u32 id = model->last_transaction_id();

@@ -78,7 +78,7 @@ TEST_F(undo_and_redo, undo_behind_a_save_makes_it_modified) {
     EXPECT_FALSE(model->is_modified());
 }
 
-TEST_F(undo_and_redo, the_number_of_an_undone_one_is_given_again_when_one_is_left_before_it) {
+TEST_F(undo_and_redo, keeps_giving_the_number_of_an_undone_one_again_when_one_is_left_before_it) {
     change("x");
     const u32 first = model->last_transaction_id();
     change("y");
@@ -158,7 +158,7 @@ TEST_F(undo_and_redo, what_comes_before_the_oldest_kept_one_goes_with_the_droppe
     EXPECT_EQ(message_types(), "1 7 1 7 2 2");
 }
 
-TEST_F(undo_and_redo, a_limit_set_late_drops_at_once_only_when_there_was_a_higher_one) {
+TEST_F(undo_and_redo, keeps_all_until_the_next_end_when_the_first_limit_is_set_late) {
     for (const char* value : {"1", "2", "3", "4"}) change(value);
     model->set_undo_levels(3);
     EXPECT_EQ(model->message_count(), 12u) << "coming from no limit";
@@ -174,7 +174,7 @@ TEST_F(undo_and_redo, a_limit_set_late_drops_at_once_only_when_there_was_a_highe
     EXPECT_EQ(model->undo_levels(), -1) << "no limit";
 }
 
-TEST_F(undo_and_redo, the_limit_counts_what_was_undone_and_not_redone) {
+TEST_F(undo_and_redo, keeps_counting_what_was_undone_and_not_redone) {
     for (const char* value : {"1", "2", "3"}) change(value);
     model->set_undo_levels(2);
     model->undo();

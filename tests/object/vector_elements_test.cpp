@@ -113,7 +113,7 @@ TEST_F(vector_elements, are_changed_in_place_told_and_undone) {
     }
 }
 
-TEST_F(vector_elements, a_refused_target_of_a_move_leaves_the_element_out) {
+TEST_F(vector_elements, keeps_the_element_out_when_the_target_of_a_move_is_refused) {
     object* const a = thing("a");
     object* const target = thing("target");
     give_list(a, {1, 2});

@@ -1,12 +1,19 @@
 // Making the random steps.
-// Transactions around them, and the laws, are random_laws.cpp.
+// Definitions, and what hooks and observers do besides, have files of their own; transactions and laws are
+// random_laws.cpp.
 #include "tests/random/random_edits.h"
 
+#include <functional>
 #include <limits>
 
 namespace kelm::test {
 
 namespace {
+
+constexpr u32 value_ids[] = {props::definition, props::text, props::number,         props::flag,
+                             props::reference,  props::list, props::not_inheritable};
+
+} // namespace
 
 std::string name_of(const object* what) { return what ? "o" + std::to_string(what->id()) : "nullptr"; }
 
@@ -22,11 +29,6 @@ std::string code_of(const abstract_property& value) {
     return "value(" + value.to_string() + ")";
 }
 
-constexpr u32 value_ids[] = {props::definition, props::text, props::number,         props::flag,
-                             props::reference,  props::list, props::not_inheritable};
-
-} // namespace
-
 u64 random_numbers::next() {
     u64 mixed = state_ += 0x9E3779B97F4A7C15U;
     mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9U;
@@ -34,30 +36,16 @@ u64 random_numbers::next() {
     return mixed ^ (mixed >> 31);
 }
 
-bool counted_value::equals(const abstract_property* other) const {
-    const auto* const same = dynamic_cast<const counted_value*>(other);
-    return same && same->value_ == value_;
-}
-
-moody_observer::~moody_observer() {
-    for (subject* each : subjects()) each->detach(this);
-}
-
-bool moody_observer::update(subject*, message* what) {
-    if (!refuses || !what || !what->is_first_run()) return true;
-    const u32 type = what->type();
-    return type < message_type::property_set || type > message_type::property_set_not_inheritable ||
-           !numbers_.one_in(6);
-}
-
-random_run::random_run(u64 seed, bool with_bases)
+random_run::random_run(u64 seed, history_mix mix)
     : numbers_(seed),
-      with_bases_(with_bases),
+      mix_(mix),
       root_(started_framework().create_object(type_id::model, nullptr)),
-      model_(root_->model()),
-      moody_(numbers_) {
+      model_(root_->model()) {
+    ears_.emplace(numbers_);
+    ears_->shadow.listen_to(*root_);
     populate();
-    states_.push_back(dump_of(*model_));
+    root_->attach(&ears_->moody);
+    states_.push_back(state());
     program_hooks();
     if (one_in(4)) {
         const int limit = static_cast<int>(numbers_.below(4)) + 1;
@@ -66,12 +54,15 @@ random_run::random_run(u64 seed, bool with_bases)
     }
 }
 
-random_run::~random_run() { close(); }
+random_run::~random_run() {
+    close();
+    ears_.reset();
+}
 
 void random_run::close() {
     hook_program::instance().clear();
     if (!model_) return;
-    moody_.refuses = false;
+    ears_->moody.be_quiet();
     model_->rollback_transaction_all();
     framework::instance().delete_object(root_);
     framework::instance().set_in_semantic(false);
@@ -88,8 +79,10 @@ void random_run::populate() {
          {types::thing, types::hooked, types::part, types::hooked, types::thing, types::hooked_part}) {
         object* const made = framework::instance().create_object(type, owner);
         note("fw.create_object(" + std::to_string(type) + ", " + name_of(owner) + ")");
-        made->attach(&moody_);
-        for (std::size_t earlier = 0; with_bases_ && earlier != all.size(); ++earlier) {
+        made->attach(&ears_->moody);
+        if (std::less<observer*>{}(dynamic_cast<observer*>(made), &ears_->shadow))
+            failure_ = "the shadow must hear before any object does";
+        for (std::size_t earlier = 0; mix_.bases && earlier != all.size(); ++earlier) {
             if (one_in(2)) continue;
             note(name_of(made) + "->add_inherits_from(" + name_of(all[earlier]) + ")");
             made->add_inherits_from(all[earlier]);
@@ -99,36 +92,6 @@ void random_run::populate() {
     }
     model_->end_transaction();
     model_->clear_history();
-}
-
-// Hooks of reads are left alone: the laws are about what is stored.
-void random_run::program_hooks() {
-    hook_program& hooks = hook_program::instance();
-    hooks.clear();
-    for (int kind = 1; kind <= 40; ++kind) {
-        if ((kind >= 4 && kind <= 6) || kind == 27 || kind == 28) continue;
-        hooks.on(kind, [this, kind](hook_call&) {
-            if (one_in(150)) {
-                note("// a hook of kind " + std::to_string(kind) + " refuses");
-                return false;
-            }
-            return !one_in(25) || react();
-        });
-    }
-}
-
-/// What a hook does besides: a small change, itself hooked.
-bool random_run::react() {
-    if (reacting_ > 1) return true;
-    object* const what = any();
-    if (!what) return true;
-    ++reacting_;
-    const auto number = std::make_unique<counted_value>(static_cast<int>(numbers_.below(100)));
-    note("// a hook calls " + name_of(what) + "->set_property(" + std::to_string(props::real) + ", " +
-         code_of(*number) + ")");
-    const bool done = what->set_property(props::real, *number);
-    --reacting_;
-    return done;
 }
 
 object* random_run::any() {
@@ -167,13 +130,23 @@ std::unique_ptr<abstract_property> random_run::value(bool may_be_list) {
 void random_run::step() {
     if (!failure_.empty()) return;
     levels_.empty() ? step_outside() : step_inside();
+    ears_->shadow.call_is_over();
 }
 
 void random_run::step_outside() {
-    switch (numbers_.below(10)) {
+    switch (numbers_.below(20)) {
     case 0:
-    case 1: return undo();
-    case 2: return redo();
+    case 1:
+    case 2:
+    case 3: return undo();
+    case 4:
+    case 5: return redo();
+    case 6: return roll_last_back();
+    case 7: {
+        const int limit = static_cast<int>(numbers_.below(5)) - 1;
+        note("model->set_undo_levels(" + std::to_string(limit) + ")");
+        return model_->set_undo_levels(limit);
+    }
     default: return begin();
     }
 }
@@ -205,10 +178,14 @@ void random_run::edit() {
         const u32 type = kinds[numbers_.below(std::size(kinds))];
         note("fw.create_object(" + std::to_string(type) + ", " + name_of(owner) + ")");
         object* const made = framework::instance().create_object(type, owner);
-        if (made && one_in(4)) made->attach(&moody_);
+        if (made && one_in(4)) made->attach(&ears_->moody);
         return settle();
     }
-    switch (numbers_.below(with_bases_ ? 9 : 7)) {
+    if (mix_.definitions && one_in(3)) {
+        edit_definition();
+        return settle();
+    }
+    switch (numbers_.below(mix_.bases ? 9 : 7)) {
     case 0:
     case 1: edit_tree(); break;
     case 2:
@@ -227,11 +204,13 @@ void random_run::edit_tree() {
     switch (numbers_.below(6)) {
     case 0:
     case 1:
+        if (mix_.shadowed && owner->state() == state::deleted) return;
         note("fw.delete_object(" + name_of(what) + ")");
         framework::instance().delete_object(what);
         return;
     case 2: {
         object* const to = any_or_root();
+        if (owner->child_position(what) == npos) return;
         note(name_of(what) + "->set_owner(" + name_of(to) + ")");
         what->set_owner(to);
         return;
@@ -254,9 +233,15 @@ void random_run::edit_tree() {
     }
 }
 
+u32 random_run::any_value_id() {
+    if (mix_.definitions && one_in(3))
+        return property_id::first_user_defined + 1 + static_cast<u32>(numbers_.below(4));
+    return value_ids[numbers_.below(std::size(value_ids))];
+}
+
 void random_run::edit_value() {
     object* const what = any();
-    const u32 id = value_ids[numbers_.below(std::size(value_ids))];
+    const u32 id = any_value_id();
     const std::string call = name_of(what) + "->";
     const std::string number = std::to_string(id);
     if (one_in(4)) {
@@ -266,7 +251,7 @@ void random_run::edit_value() {
         const bool flag = !what->is_property_not_inheritable(id);
         note(call + "set_property_not_inheritable(" + number + ", " + (flag ? "true)" : "false)"));
         what->set_property_not_inheritable(id, flag);
-    } else if (one_in(12)) {
+    } else if (one_in(12) && !mix_.shadowed) {
         const auto now = one_in(3) ? nullptr : value(true);
         const auto then = one_in(3) ? nullptr : value(true);
         note(call + "refresh_property(" + number + ", " + (now ? code_of(*now) : "nullptr") + ", " +
@@ -333,6 +318,7 @@ void random_run::edit_base() {
     case 0:
     case 1:
     case 2:
+        if (mix_.shadowed && what->inherits_from(base, false)) return;
         note(call + "add_inherits_from(" + name_of(base) + ")");
         what->add_inherits_from(base);
         return;

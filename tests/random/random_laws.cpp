@@ -24,6 +24,11 @@ std::vector<object*> targets_of(const abstract_property* value) {
     return out;
 }
 
+bool knows_that_it_observes(const object& who, object* what) {
+    const std::vector<subject*> subjects = who.subjects();
+    return std::ranges::find(subjects, dynamic_cast<subject*>(what)) != subjects.end();
+}
+
 std::string ids_of(const std::set<object*>& objects) {
     std::set<u32> ids;
     for (const object* each : objects) ids.insert(each->id());
@@ -46,23 +51,24 @@ std::size_t random_run::open_levels() const {
 }
 
 void random_run::begin() {
-    levels_.push_back(dump_of(*model_));
+    levels_.push_back(state());
     if (levels_.size() == 1) states_.resize(at_ + 1); // there is nothing to redo from here on
     note("model->begin_transaction(\"\")");
     model_->begin_transaction("");
-    moody_.refuses = one_in(3);
+    ears_->moody.refuses = one_in(3);
+    ears_->moody.reacts = one_in(3);
 }
 
 void random_run::end() {
     note("model->end_transaction()");
-    const std::string before = dump_of(*model_);
+    const std::string before = state();
     const bool is_kept = model_->end_transaction() != nullptr;
     check("the end of a transaction changes nothing", before);
     if (!is_kept) check("a transaction without a trace changes nothing", levels_.back());
     levels_.pop_back();
     if (!levels_.empty()) return;
-    moody_.refuses = false;
-    check_links();
+    ears_->moody.be_quiet();
+    check_present();
     if (!is_kept) return;
     states_.push_back(before);
     ++at_;
@@ -73,7 +79,7 @@ void random_run::undo() {
     note("model->undo()");
     model_->undo();
     check("undo leads to the state before", states_[--at_]);
-    check_links();
+    check_present();
 }
 
 void random_run::redo() {
@@ -81,7 +87,17 @@ void random_run::redo() {
     note("model->redo()");
     model_->redo();
     check("redo leads to the state behind", states_[++at_]);
-    check_links();
+    check_present();
+}
+
+/// Undoes the last transaction for good.
+void random_run::roll_last_back() {
+    if (at_ + 1 != states_.size() || model_->message_count() == 0) return;
+    note("model->rollback_last_transaction()");
+    model_->rollback_last_transaction();
+    states_.pop_back();
+    check("a rollback of the last transaction leads to the state before", states_[--at_]);
+    check_present();
 }
 
 void random_run::finish() {
@@ -99,14 +115,22 @@ void random_run::settle() {
     levels_.resize(open);
     note("// rolled back to level " + std::to_string(open));
     check("a rollback leads to the moment before the begin", expected);
-    check_links();
-    if (levels_.empty()) moody_.refuses = false;
+    check_present();
+    if (levels_.empty()) ears_->moody.be_quiet();
 }
 
 void random_run::check(const char* what, const std::string& expected) {
-    const std::string now = dump_of(*model_);
+    const std::string now = state();
     if (!failure_.empty() || now == expected) return;
     failure_ = std::string("broken: ") + what + "\nexpected\n" + expected + "but it is\n" + now;
+}
+
+/// The laws of every moment outside a call.
+void random_run::check_present() {
+    check_links();
+    if (!mix_.shadowed || !failure_.empty()) return;
+    if (const std::string difference = ears_->shadow.difference_from(*model_); !difference.empty())
+        failure_ = "broken: what is heard equals what is there\n" + difference;
 }
 
 /// Computes back-lists, the map of ids and ownership from what is stored, and compares.
@@ -131,6 +155,14 @@ void random_run::check_links() {
         for (const auto& [property, stored] : own)
             for (object* const target : targets_of(stored.get())) referrers[target].insert(each);
         for (object* const base : each->inherits_from_list(0)) heirs[base].insert(each);
+        for (observer* const who : each->observers()) {
+            const auto* const watching = dynamic_cast<object*>(who);
+            if (watching && !knows_that_it_observes(*watching, each))
+                wrong << watching->id() << " observes " << id << " and does not know it\n";
+        }
+        for (subject* const watched : each->subjects())
+            if (!watched->is_attached(dynamic_cast<observer*>(each)))
+                wrong << id << " believes to observe somebody\n";
         u32 type = 0;
         for (object* const child : each->children()) {
             if (child->owner() != each)
@@ -160,11 +192,11 @@ void random_run::check_links() {
     if (!wrong.str().empty()) failure_ = "broken: links equal what is stored\n" + wrong.str();
 }
 
-std::string play(u64 seed, std::size_t steps, bool with_bases) {
+std::string play(u64 seed, std::size_t steps, history_mix mix) {
     const long alive = counted_value::alive;
     std::string report;
     {
-        random_run run{seed, with_bases};
+        random_run run{seed, mix};
         for (std::size_t i = 0; i != steps; ++i) run.step();
         run.finish();
         run.close();
@@ -180,10 +212,10 @@ std::string play(u64 seed, std::size_t steps, bool with_bases) {
     return report;
 }
 
-std::string cut(u64 seed, std::size_t steps, bool with_bases) {
+std::string cut(u64 seed, std::size_t steps, history_mix mix) {
     for (std::size_t fewer = 1; fewer < steps; ++fewer)
-        if (std::string report = play(seed, fewer, with_bases); !report.empty()) return report;
-    return play(seed, steps, with_bases);
+        if (std::string report = play(seed, fewer, mix); !report.empty()) return report;
+    return play(seed, steps, mix);
 }
 
 } // namespace kelm::test

@@ -19,7 +19,7 @@ void note(hook_call& call, object* argument) {
         call.others.push_back(argument);
 }
 void note(hook_call& call, kelm::model* argument) { call.at = argument->as_object(); }
-void note(hook_call&, subject*) {}
+void note(hook_call& call, subject* argument) { call.from = argument; }
 void note(hook_call& call, message* argument) { call.told = argument; }
 void note(hook_call& call, const abstract_property& argument) { call.values.push_back(argument.to_string()); }
 void note(hook_call& call, const value_ptr& argument) {
@@ -47,18 +47,29 @@ public:
     }
 };
 
+/// Stands for the kind that the library never calls.
+template <int Rank>
+class never_called final : public validate_semantic {
+public:
+    u32 id() const override { return 1000 + static_cast<u32>(kind + Rank); }
+};
+
 template <int Number, class... Arguments>
 semantic_of<Number, Arguments...> base_of(const semantic_of<Number, Arguments...>&);
 
-template <class Kind, int Rank = 0>
+template <class Kind, int Rank>
 void add_one(meta_object& type) {
-    using base = decltype(base_of(std::declval<const Kind&>()));
-    type.add_semantic(new programmable<Kind, base, Rank>);
+    if constexpr (std::is_same_v<Kind, validate_semantic>) {
+        type.add_semantic(new never_called<Rank>);
+    } else {
+        using base = decltype(base_of(std::declval<const Kind&>()));
+        type.add_semantic(new programmable<Kind, base, Rank>);
+    }
 }
 
-template <class... Kinds>
+template <int Rank, class... Kinds>
 void add_all(meta_object& type, kind_list<Kinds...>) {
-    (add_one<Kinds>(type), ...);
+    (add_one<Kinds, Rank>(type), ...);
 }
 
 } // namespace
@@ -93,11 +104,8 @@ bool hook_program::call(hook_call& what) {
     return copy(what);
 }
 
-void add_programmable_hooks(meta_object& type) { add_all(type, all_semantics{}); }
+void add_programmable_hooks(meta_object& type) { add_all<0>(type, all_semantics{}); }
 
-void add_second_hooks(meta_object& type) {
-    add_one<post_prop_get_semantic, second>(type);
-    add_one<post_prop_set_semantic, second>(type);
-}
+void add_second_hooks(meta_object& type) { add_all<second>(type, all_semantics{}); }
 
 } // namespace kelm::test

@@ -22,6 +22,7 @@ struct hook_call {
     std::vector<std::string> values;           ///< texts of values; "none" for an empty one
     abstract_property** replaceable = nullptr; ///< the value that a hook behind a read may replace
     std::string* text = nullptr;               ///< the text that a hook behind a read as text may change
+    subject* from = nullptr;                   ///< who told of an update
     message* told = nullptr;                   ///< the message of an update
 };
 
@@ -62,7 +63,7 @@ void add_programmable_hooks(meta_object& type);
 
 /// What the second hooks of a type are programmed and recorded as: the kind, and a hundred.
 inline constexpr int second = 100;
-/// Registers one more hook behind reads and one more behind setting a value.
+/// Registers a second hook of each kind.
 void add_second_hooks(meta_object& type);
 
 } // namespace kelm::test

@@ -44,9 +44,7 @@ public:
         add_all(*add(types::hooked_part, "Hooked Part", type_id::generic_object));
         add_programmable_hooks(*app->find_meta_object(types::hooked));
         add_programmable_hooks(*app->find_meta_object(types::hooked_part));
-        add_all(*add(types::hooked_twice, "Hooked Twice", type_id::generic_object));
-        add_programmable_hooks(*app->find_meta_object(types::hooked_twice));
-        add_second_hooks(*app->find_meta_object(types::hooked_twice));
+        add_second_hooks(*add(types::more_hooked, "More Hooked", types::hooked));
         for (const u32 owner : {type_id::model, types::thing, types::part, types::other, types::hooked})
             for (const u32 child : {types::thing, types::part, types::other, types::hooked})
                 app->find_meta_object(owner)->add_composition(child);
@@ -60,24 +58,13 @@ void append_ids(std::ostream& out, const char* what, const std::vector<object*>&
     out << '\n';
 }
 
-std::string value_text(const abstract_property* value) {
-    if (const auto* const reference = dynamic_cast<const property<object*>*>(value))
-        return reference->value ? "#" + std::to_string(reference->value->id()) : "#null";
-    if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
-        std::string text = "[";
-        for (const abstract_property* each : list->elements) text += value_text(each) + "|";
-        return text + "]";
-    }
-    return value ? "'" + value->to_string() + "'" : "null";
-}
-
 void dump_object(std::ostream& out, object& of) {
     out << of.id() << " type " << of.type() << " state " << of.state() << " owner "
         << (of.owner() ? static_cast<long>(of.owner()->id()) : -1L) << '\n';
     append_ids(out, "children", of.children());
     value_map own;
     of.own_properties(own);
-    for (const auto& [id, value] : own) out << "  " << id << " = " << value_text(value.get()) << '\n';
+    for (const auto& [id, value] : own) out << "  " << id << " = " << dump_text(value.get()) << '\n';
     append_ids(out, "bases", of.inherits_from_list(0));
     const auto sorted = [](std::vector<object*> list) {
         std::ranges::sort(list, {}, [](const object* each) { return each->id(); });
@@ -107,6 +94,17 @@ std::string names_of(const std::vector<object*>& objects) {
     std::string names;
     for (const object* each : objects) names += (names.empty() ? "" : " ") + object_name(each);
     return names;
+}
+
+std::string dump_text(const abstract_property* value) {
+    if (const auto* const reference = dynamic_cast<const property<object*>*>(value))
+        return reference->value ? "#" + std::to_string(reference->value->id()) : "#null";
+    if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
+        std::string text = "[";
+        for (const abstract_property* each : list->elements) text += dump_text(each) + "|";
+        return text + "]";
+    }
+    return value ? "'" + value->to_string() + "'" : "null";
 }
 
 std::string dump_of(kelm::model& of) {

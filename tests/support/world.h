@@ -23,7 +23,7 @@ inline constexpr u32 special_thing = 103; ///< derived from thing
 inline constexpr u32 abstract = 104;      ///< generic
 inline constexpr u32 hooked = 110;        ///< has a programmable hook of each kind
 inline constexpr u32 hooked_part = 111;   ///< the same, for children and inheritors of another type
-inline constexpr u32 hooked_twice = 112;  ///< the same, with second hooks behind reading and setting a value
+inline constexpr u32 more_hooked = 112;   ///< derived from hooked, with a second hook of each kind
 } // namespace types
 
 /// Properties of thing, part and hooked; `other` has only name, definition, text and reference.
@@ -86,6 +86,9 @@ protected:
     kelm::model* model;
     hook_program& hooks; ///< what the hooks of types::hooked and types::hooked_part do
 };
+
+/// \returns a text of a value in which references are ids and elements can be told apart
+std::string dump_text(const abstract_property* value);
 
 /// \returns a canonical text of a model: objects by id with owners, children, values, bases and back-lists
 std::string dump_of(kelm::model& of);

@@ -1,11 +1,14 @@
-// Names, paths and types of objects as text, and the attributes of their types.
-// What is left to tell of lists and values of objects is tested with them.
+// Names, definitions, paths and ids of objects as text.
+// Types of objects are object_types_test; lists, children and values have files of their own.
+#include "message/silent_edit.h"
 #include "tests/support/world.h"
 
 #include <kelm/object_helpers.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <memory>
 #include <string>
 
 namespace kelm::test {
@@ -92,6 +95,29 @@ TEST_F(object_names, a_copy_stays_when_the_next_name_is_asked_for) {
     const std::string copy = object_name(thing("first"));
     (void)fast_unsafe_object_name(thing("second"));
     EXPECT_EQ(copy, "first");
+}
+
+TEST_F(object_names, of_a_deleted_object_the_own_name_is_read_and_never_an_inherited_one) {
+    object* const what = hooked("gone");
+    object* const nameless_one = nameless();
+    object* const base = thing("base");
+    begin();
+    ASSERT_TRUE(fw.delete_object(what));
+    ASSERT_TRUE(fw.delete_object(nameless_one));
+    end();
+    // Silent edits reach deleted objects, as the undo of a change before the deletion does.
+    auto& edit = dynamic_cast<silent_edit&>(*what);
+    edit.exchange_value(props::name, std::make_unique<property<std::string>>("still there"));
+    EXPECT_EQ(name_seen(what), "still there");
+    edit.take_value(props::name);
+    for (object* each : {what, nameless_one}) {
+        auto& heir = dynamic_cast<silent_edit&>(*each);
+        heir.insert_base(*base, 0);
+        EXPECT_EQ(as_text(each->get_property(props::name)), "base");
+        EXPECT_EQ(name_seen(each), "");
+        EXPECT_EQ(object_name(each), "");
+        heir.take_base(*base, 0);
+    }
 }
 
 TEST_F(object_names, of_a_deleted_object_no_hook_is_asked) {
@@ -242,125 +268,67 @@ TEST_F(object_names, trees_deeper_than_the_stack_have_paths) {
     EXPECT_EQ(object_full_path_name(lowest, lowest->owner()), "n");
 }
 
-// Types and properties
+// Ids
 
-TEST_F(object_names, the_type_of_an_object_has_a_name) {
-    const object* const what = thing("x");
-    EXPECT_EQ(object_type_as_string(what), "Thing");
-    EXPECT_EQ(meta_name(what), "Thing");
-    EXPECT_EQ(object_type_as_string(root), "Model");
-    EXPECT_EQ(meta_name(root), "Model");
-    EXPECT_EQ(object_type_as_string(static_cast<const object*>(nullptr)), "");
-    EXPECT_EQ(meta_name(nullptr), "");
-}
-
-TEST_F(object_names, a_deleted_object_still_has_its_type) {
-    object* const what = thing("x");
-    begin();
-    ASSERT_TRUE(fw.delete_object(what));
-    end();
-    EXPECT_EQ(object_type_as_string(what), "Thing");
-}
-
-TEST_F(object_names, a_type_that_only_the_model_knows_has_its_name) {
-    constexpr u32 local = 900001;
-    ASSERT_TRUE(model->meta_model()->add_meta_object(local, "Only Here", "", ""));
-    begin();
-    const object* const what = fw.create_object(local, root);
-    end();
-    ASSERT_TRUE(what);
-    EXPECT_EQ(object_type_as_string(what), "Only Here");
-    EXPECT_EQ(meta_name(what), "Only Here");
-    EXPECT_EQ(as_text(meta_att(what, attribute_id::name)), "Only Here");
-    EXPECT_EQ(object_type_as_string(local), "") << "the application does not know it";
-}
-
-TEST_F(object_names, a_type_has_a_name_without_an_object) {
-    EXPECT_EQ(object_type_as_string(types::thing), "Thing");
-    EXPECT_EQ(object_type_as_string(type_id::model), "Model");
-    EXPECT_EQ(object_type_as_string(types::abstract), "Abstract");
-    EXPECT_EQ(object_type_as_string(4000000000U), "");
-    EXPECT_EQ(object_type_as_string(0U), "");
-}
-
-TEST_F(object_names, a_property_has_the_name_of_its_declaration) {
-    for (kelm::model* in : {model, static_cast<kelm::model*>(nullptr)}) {
-        SCOPED_TRACE(in ? "in a model" : "in the application");
-        EXPECT_EQ(property_name(types::thing, props::text, in), "Text");
-        EXPECT_EQ(property_name(types::special_thing, props::text, in), "Text") << "declared by a base";
-        EXPECT_EQ(property_name(types::thing, 4000000000U, in), "");
-        EXPECT_EQ(property_name(types::other, props::number, in), "") << "not a property of this type";
-        EXPECT_EQ(property_name(4000000000U, props::text, in), "");
+TEST_F(object_names, an_id_has_eight_hexadecimal_digits) {
+    struct row {
+        unsigned long id;
+        const char* text;
+    };
+    for (const row& row :
+         {row{255, "000000FF"}, {0, "00000000"}, {0xABCDEF12UL, "ABCDEF12"}, {0xFFFFFFFFUL, "FFFFFFFF"}}) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(object_id_to_hex_string(row.id), row.text);
+        EXPECT_EQ(hex_string_to_object_id(object_id_to_hex_string(row.id)), row.id);
     }
 }
 
-TEST_F(object_names, a_user_defined_property_is_known_in_its_model_only) {
-    const std::string before = property_name(types::thing, 50000, nullptr);
-    meta_property* const made = model->meta_model()
-                                    ->find_meta_object(types::thing)
-                                    ->add_property(50000, "Colour", data_type::string, "");
-    ASSERT_TRUE(made);
-    EXPECT_EQ(property_name(types::thing, 50000, model), "Colour");
-    EXPECT_EQ(property_name(types::thing, 50000, nullptr), before);
-    EXPECT_NE(before, "Colour");
-}
-
-// Attributes of types
-
-/// Sets an attribute of a type for the length of a test: types are shared by all tests.
-class attribute_for_now {
-public:
-    attribute_for_now(u32 type, u32 attribute, const abstract_property& value)
-        : type_(*framework::instance().application_meta_model()->find_meta_object(type)),
-          attribute_(attribute) {
-        type_.set_attribute_value(attribute_, value);
+TEST_F(object_names, keeps_the_low_32_bits_of_an_id) {
+    if constexpr (sizeof(unsigned long) > sizeof(u32)) {
+        EXPECT_EQ(object_id_to_hex_string(static_cast<unsigned long>(0x1234567890ABCDEFULL)), "90ABCDEF");
     }
-    attribute_for_now(const attribute_for_now&) = delete;
-    attribute_for_now& operator=(const attribute_for_now&) = delete;
-    ~attribute_for_now() { type_.remove_attribute(attribute_); }
+    EXPECT_EQ(hex_string_to_object_id("1234567890abcdef"), 0x90ABCDEFUL);
+}
 
-private:
-    meta_object& type_;
-    u32 attribute_;
-};
-
-TEST_F(object_names, an_attribute_is_that_of_the_type) {
-    constexpr u32 mark = 12;
-    const object* const what = make(types::other, "x");
-    const object* const stranger = thing("y");
-    EXPECT_FALSE(meta_att(what, mark));
-    EXPECT_TRUE(bool_meta_attribute(what, mark, true)) << "without a value";
-    EXPECT_FALSE(bool_meta_attribute(what, mark, false)) << "without a value";
-    for (const bool value : {true, false}) {
-        SCOPED_TRACE(value);
-        const attribute_for_now set{types::other, mark, flag(value)};
-        EXPECT_EQ(as_text(meta_att(what, mark)), value ? "True" : "False");
-        EXPECT_EQ(bool_meta_attribute(what, mark, true), value);
-        EXPECT_EQ(bool_meta_attribute(what, mark, false), value);
-        EXPECT_FALSE(meta_att(stranger, mark));
-        EXPECT_TRUE(bool_meta_attribute(stranger, mark, true));
+TEST_F(object_names, an_id_is_read_as_far_as_it_goes) {
+    struct row {
+        const char* why;
+        std::string text;
+        unsigned long id;
+    };
+    const row rows[] = {
+        {"nothing", "", 0},
+        {"no digit", "xyz", 0},
+        {"small letters", "ff", 255},
+        {"fewer digits", "1", 1},
+        {"more zeros", "00000000000000000000ff", 255},
+        {"a prefix", "0xff", 255},
+        {"the prefix in capitals", "0XFF", 255},
+        {"a prefix and nothing", "0x", 0},
+        {"one prefix only", "0x0x1", 0},
+        {"white space before", " \t\n\v\f\rff", 255},
+        {"white space alone", "  ", 0},
+        {"something behind", "ffg", 255},
+        {"white space behind", "f f", 15},
+        {"a zero byte behind", std::string("f\0f", 3), 15},
+        {"a plus", "+f", 15},
+        {"a minus turns the bits", "-1", 0xFFFFFFFFUL},
+        {"two signs", "--1", 0},
+        {"a sign and nothing", "-", 0},
+        {"a sign behind white space", " -0x1", 0xFFFFFFFFUL},
+        {"the last of 64 bits", "ffffffffffffffff", 0xFFFFFFFFUL},
+        {"beyond 64 bits", "10000000000000000", 0xFFFFFFFFUL},
+        {"bytes above 0x7F",
+         "\xA0"
+         "1",
+         0},
+    };
+    for (const row& row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_EQ(hex_string_to_object_id(row.text), row.id);
+        unsigned read = 0; // what the C library makes of it
+        EXPECT_EQ(std::sscanf(row.text.c_str(), "%X", &read) == 1 ? read : 0, row.id);
     }
-    EXPECT_FALSE(meta_att(what, mark));
-}
-
-TEST_F(object_names, nobody_has_no_attributes) {
-    EXPECT_FALSE(meta_att(nullptr, attribute_id::name));
-    EXPECT_TRUE(bool_meta_attribute(nullptr, 12, true));
-    EXPECT_FALSE(bool_meta_attribute(nullptr, 12, false));
-}
-
-TEST_F(object_names, an_attribute_of_another_kind_is_no_answer) {
-    constexpr u32 mark = 12;
-    const object* const what = make(types::other, "x");
-    const attribute_for_now set{types::other, mark, number(1)};
-    EXPECT_EQ(as_text(meta_att(what, mark)), "1");
-    EXPECT_TRUE(bool_meta_attribute(what, mark, true));
-    EXPECT_FALSE(bool_meta_attribute(what, mark, false));
-}
-
-TEST_F(object_names, every_attribute_is_found) {
-    EXPECT_EQ(as_text(meta_att(thing("x"), attribute_id::name)), "Thing");
-    EXPECT_FALSE(meta_att(thing("y"), 4000000000U));
 }
 
 } // namespace

@@ -244,7 +244,7 @@ TEST(string_helpers, a_text_of_different_letters_is_found_as_by_the_standard_lib
     }
 }
 
-TEST(string_helpers, the_start_is_skipped_by_length) {
+TEST(string_helpers, keeps_skipping_a_start_by_its_length) {
     const struct {
         const char* why;
         const char *s, *x;

@@ -1,0 +1,36 @@
+// A value that counts how many of its kind live.
+// When a value is freed is the business of the messages and objects that hold it.
+#pragma once
+
+#include <kelm/property.h>
+
+#include <string>
+#include <vector>
+
+namespace kelm::test {
+
+/// A kind of value that knows how many of it live.
+class counted_value final : public abstract_property {
+public:
+    static inline long alive = 0;
+
+    explicit counted_value(int initial) : value_(initial) { ++alive; }
+    counted_value(const counted_value& other) : abstract_property(other), value_(other.value_) { ++alive; }
+    ~counted_value() override { --alive; }
+
+    owned<abstract_property*> clone() const override { return new counted_value(*this); }
+    bool equals(const abstract_property* other) const override {
+        const auto* const same = dynamic_cast<const counted_value*>(other);
+        return same && same->value_ == value_;
+    }
+    std::string to_string() const override { return "counted " + std::to_string(value_); }
+    void to_string(std::string& out) const override { out = to_string(); }
+    void from_string(const std::string&) override {}
+    void write(std::ostream&) const override {}
+    void read(std::istream&, std::vector<reference_record>&, object*) override {}
+
+private:
+    int value_;
+};
+
+} // namespace kelm::test
