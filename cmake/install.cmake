@@ -32,8 +32,11 @@ install(
 # pkg-config: the prefix is told from where the file lies, so that the install may be moved.
 file(RELATIVE_PATH kelm_prefix_from_pc
     ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+# A static library is linked with what it uses, but not with what that uses in turn, as --static would have it.
+set(kelm_pc_requires "Requires")
 if(BUILD_SHARED_LIBS)
     set(kelm_pc_cflags "-DKELM_SHARED")
+    set(kelm_pc_requires "Requires.private")
 endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/kelm.pc.in ${PROJECT_BINARY_DIR}/kelm.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kelm.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -145,19 +145,9 @@ struct value_rules<GUID> : apart_from_other_kinds {
     static bool same(const GUID& a, const GUID& b) { return a == b; }
     static void text(const GUID& value, std::string& out) { out = guid_to_string(value); }
     static void parse(GUID& value, const std::string& text) { guid_from_string(text, value); }
-    static void write(const GUID& value, std::ostream& out) {
-        put_u32(out, value.Data1);
-        put_u16(out, value.Data2);
-        put_u16(out, value.Data3);
-        for (const u8 byte : value.Data4) put_u8(out, byte);
-    }
+    static void write(const GUID& value, std::ostream& out) { put_guid(out, value); }
     static void read(property<GUID>& box, std::istream& in, references&, object*) {
-        GUID id;
-        id.Data1 = get_u32(in);
-        id.Data2 = get_u16(in);
-        id.Data3 = get_u16(in);
-        for (u8& byte : id.Data4) byte = get_u8(in);
-        box.value = in ? id : GUID{};
+        box.value = get_guid(in);
     }
 };
 

@@ -1,6 +1,7 @@
 // The kind that is a list of values of any kind.
 // Changing an element of an object's list, with hooks and messages, is the business of objects.
 #include "framework/data_types.h"
+#include "framework/stored_value.h"
 #include "framework/values.h"
 #include "util/bytes.h"
 #include "util/text.h"
@@ -97,12 +98,8 @@ void vector_property::write(std::ostream& out) const {
     if (!out) return;
     put_u32(out, static_cast<u32>(elements.size()));
     for (const abstract_property* element : elements) {
-        const u32 code = data_types::stream_code_of(element);
-        // Neither a null element nor one of a kind that is not registered could be read back.
-        if (code == 0) out.setstate(std::ios_base::failbit);
+        put_stored_value(out, element);
         if (!out) return;
-        put_u32(out, code);
-        element->write(out);
     }
 }
 
@@ -111,15 +108,7 @@ void vector_property::read(std::istream& in, std::vector<reference_record>& refe
     const nested_level level{in};
     const u32 count = get_u32(in);
     for (u32 i = 0; i != count && in; ++i) {
-        const u32 code = get_u32(in);
-        std::unique_ptr<abstract_property> element{in ? data_types::create_value(code) : nullptr};
-        if (!element) {
-            in.setstate(std::ios_base::failbit);
-            return;
-        }
-        // In the list before it is read: records may point into an element that ends in the middle.
-        append(elements, std::move(element));
-        elements.back()->read(in, references, holder);
+        if (auto element = get_stored_value(in, references, holder)) append(elements, std::move(element));
     }
 }
 

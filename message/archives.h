@@ -5,6 +5,7 @@
 #include "message/value_record.h"
 
 #include <kelm/meta_model.h>
+#include <kelm/object.h>
 
 #include <string>
 
@@ -35,8 +36,9 @@ public:
     }
     /// Fields that older streams lack.
     template <class Fields>
-    void since(int, int, Fields&& fields) {
-        fields();
+    void since(int version, int minor_version, Fields&& fields) {
+        kelm::model* const in = to_.about ? to_.about->model() : nullptr;
+        if (!in || version_of(*in).stores(version, minor_version)) fields();
     }
 
     bool for_replay() const { return to_.for_replay; }
@@ -69,8 +71,7 @@ public:
     }
     template <class Fields>
     void since(int version, int minor_version, Fields&& fields) {
-        if (from_.version > version || (from_.version == version && from_.minor_version >= minor_version))
-            fields();
+        if (from_.version.is_at_least(version, minor_version)) fields();
     }
 
     static constexpr bool for_replay() { return false; }

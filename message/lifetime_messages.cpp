@@ -4,12 +4,22 @@
 
 #include "message/message_text.h"
 
+#include <kelm/meta_model.h>
+
 namespace kelm {
 
 using namespace message_text;
 
+namespace {
+
+/// \returns whether there is nothing to do: a reader did not find the object, or it is the model, which neither
+///          comes nor goes by a message
+bool is_beyond(const object* what) { return !what || what->type() == type_id::model; }
+
+} // namespace
+
 bool obj_create_message_impl::redo() {
-    if (is_lost()) return true;
+    if (is_beyond(object())) return true;
     edit().set_state(state::being_created);
     edit().enter_id_map();
     tell();
@@ -19,7 +29,7 @@ bool obj_create_message_impl::redo() {
 }
 
 bool obj_create_message_impl::undo() {
-    if (is_lost()) return true;
+    if (is_beyond(object())) return true;
     edit().set_state(state::being_deleted);
     tell_inverse<obj_delete_message_impl>(&edit(), owner_);
     edit().leave_id_map();
@@ -29,7 +39,7 @@ bool obj_create_message_impl::undo() {
 }
 
 void obj_create_message_impl::release_values() {
-    if (!is_undone() || mark() || !object()) return;
+    if (!is_undone() || mark() || !object() || object()->state() != state::deleted) return;
     edit().destroy();
     set_object(nullptr);
 }
@@ -49,7 +59,7 @@ std::string& obj_pre_delete_message_impl::to_string(std::string& out) const {
 }
 
 bool obj_delete_message_impl::redo() {
-    if (is_lost()) return true;
+    if (is_beyond(object())) return true;
     edit().set_state(state::being_deleted);
     tell();
     edit().leave_id_map();
@@ -59,7 +69,7 @@ bool obj_delete_message_impl::redo() {
 }
 
 bool obj_delete_message_impl::undo() {
-    if (is_lost()) return true;
+    if (is_beyond(object())) return true;
     edit().set_state(state::being_created);
     edit().enter_id_map();
     tell_inverse<obj_create_message_impl>(&edit(), owner_);
@@ -70,7 +80,7 @@ bool obj_delete_message_impl::undo() {
 
 void obj_delete_message_impl::release_values() {
     // An observer may have refused the last step: the object is then still the model's.
-    if (is_undone() || !object() || object()->state() != state::deleted) return;
+    if (is_undone() || mark() || !object() || object()->state() != state::deleted) return;
     edit().destroy();
     set_object(nullptr);
 }

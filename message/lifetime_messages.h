@@ -30,9 +30,11 @@ public:
             else
                 archive.attribute("otype", self.object() ? self.object()->type() : 0);
         });
+        if constexpr (Archive::reads) self.keep_object();
     }
 
-    /// The object outlives the message: code that is rolling back may still hold it.
+    /// The object outlives the message: code that is rolling back may still hold it, and what a stream says of it
+    /// need not be all that its messages say.
     void keep_object() { set_mark(true); }
 
 private:
@@ -76,6 +78,8 @@ public:
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
         archive.object_id("owner_id", self.owner_);
+        // Two messages of a stream may claim one object, or later ones name it: it stays as long as its model.
+        if constexpr (Archive::reads) self.set_mark(true);
     }
 
 private:

@@ -95,6 +95,12 @@ void message_history_impl::clear() {
     current_level_ = -1;
 }
 
+void message_history_impl::adopt(std::vector<message*>& read) {
+    for (message* each : read)
+        messages_.push_back(std::unique_ptr<message_impl>{message_cast<message_impl>(each)});
+    read.clear();
+}
+
 // The newest transactions up to the limit stay whole, and nothing older than the first of them.
 void message_history_impl::prune() {
     if (messages_.outermost() < max_undo_levels_) return;

@@ -22,6 +22,11 @@ public:
     bool attach(observer* who) override { return subject_impl::attach(who); }
     bool detach(observer* who) override { return subject_impl::detach(who); }
 
+    void write_history(std::ostream* out, bool with_history, u32 transaction_count, void* element) override;
+    void write_messages(void* element, std::ostream* out, u32 transaction_count, bool for_replay) override;
+    /// Takes over, as what was done, messages that a reader has made; there is nothing else in the log.
+    void adopt(std::vector<message*>& read);
+
     /// Appends a message and ends the possibility of redo.
     /// \returns false for an end that closes an empty transaction, or none; else true
     bool add_message(std::unique_ptr<message_impl> what);

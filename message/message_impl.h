@@ -3,6 +3,7 @@
 #pragma once
 
 #include "message/silent_edit.h"
+#include "message/value_custody.h"
 #include "util/free_list.h"
 #include "util/process_state.h"
 
@@ -33,8 +34,12 @@ public:
     /// \returns the value, or the element `sub_index` of it, that another message of a log shares; null when there is
     ///          none.  Borrowed.
     virtual abstract_property* get_value(int /*index*/, int /*sub_index*/) const { return nullptr; }
+    /// \returns the custody of the value of that index, for a reader; null when there is none
+    virtual value_custody* custody(int /*index*/) { return nullptr; }
     /// Takes a value that get_value() of another message gave; it stays that message's.
-    virtual void set_value(int /*index*/, abstract_property*) {}
+    virtual void set_value(int index, abstract_property* value) {
+        if (value_custody* const into = custody(index)) into->borrow(value);
+    }
 
     silent_edit& edit() const { return *object_; }
     bool is_undone() const { return undone_; }

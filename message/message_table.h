@@ -14,6 +14,8 @@ struct message_row {
     const char* name; ///< of the class
     /// Makes one as it is before its fields are read: pointers null, names empty, numbers 0, but -1 for most positions.
     std::unique_ptr<message_impl> (*blank)(silent_edit* about);
+    u8 owned_when_done =
+        0; ///< the values that a message which stands done owns: bit 0 the first, bit 1 the second
 };
 
 /// \returns all rows, by ascending code

@@ -18,7 +18,7 @@ public:
               io_reference_manager* references, value_fixup_map* fixups, void* /*element*/, int version,
               int minor_version) override {
         if (!in || !references || !fixups) return true;
-        read_context from{*in, earlier, model, *references, *fixups, version, minor_version};
+        read_context from{*in, earlier, model, *references, *fixups, {version, minor_version}};
         binary_reader archive{from, *this};
         Derived::fields(static_cast<Derived&>(*this), archive);
         return true;
@@ -26,7 +26,7 @@ public:
     bool write(std::ostream* out, const value_position_map& positions, void* /*element*/,
                bool for_replay) const override {
         if (!out) return true;
-        write_context to{*out, positions, for_replay};
+        write_context to{*out, positions, for_replay, this->object()};
         binary_writer archive{to};
         Derived::fields(static_cast<const Derived&>(*this), archive);
         return true;

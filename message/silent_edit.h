@@ -36,6 +36,9 @@ public:
                                                               std::unique_ptr<abstract_property> value) = 0;
     virtual std::unique_ptr<abstract_property> take_value(u32 id) = 0;
 
+    /// Keeps a value that no message has, as long as the model.
+    virtual void keep_lost_value(std::unique_ptr<abstract_property> value) = 0;
+
     // Elements of an own vector value.
     /// Puts `element` in and gives back in it what stood there; does nothing when there is no such element.
     virtual void exchange_element(u32 id, std::size_t position,

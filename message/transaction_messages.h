@@ -14,6 +14,7 @@ class tran_end_message_impl;
 class tran_begin_message_impl final : public tran_begin_message, public recorded<tran_begin_message_impl> {
 public:
     tran_begin_message_impl(silent_edit* model, u32 id, std::string name);
+    ~tran_begin_message_impl() override;
 
     tran_end_message* end_message() const override;
     u32 level() const override { return level_; }
@@ -46,6 +47,7 @@ private:
 class tran_end_message_impl final : public tran_end_message, public recorded<tran_end_message_impl> {
 public:
     explicit tran_end_message_impl(silent_edit* model);
+    ~tran_end_message_impl() override;
 
     tran_begin_message* begin_message() const override { return partner_; }
     u32 level() const override { return level_; }
@@ -75,7 +77,8 @@ public:
     }
 
 private:
-    /// Links the newest begin of that id; with none there is no partner.
+    /// Links the newest begin of that id; with none there is no partner.  An earlier end of that begin loses it, since
+    /// a begin can let go of one end only.
     void find_begin(u32 id, const std::vector<message*>& earlier);
 
     friend class tran_begin_message_impl; // tells a transient end

@@ -4,18 +4,33 @@
 
 #include "framework/values.h"
 #include "meta/meta_object_base.h"
+#include "meta/udp_definition.h"
+
+#include <kelm/model.h>
 
 namespace kelm {
+
+meta_object_base* udp_message_impl::own_type() const {
+    auto* const type = dynamic_cast<meta_object_base*>(owner_meta_type_);
+    kelm::model* const in = object() ? object()->model() : nullptr;
+    return type && in && type->owner_meta_model() == in->meta_model() ? type : nullptr;
+}
+
+meta_property* udp_message_impl::own_property() const {
+    const meta_object_base* const type = own_type();
+    meta_property* const found = type ? type->find_property(udp_type_) : nullptr;
+    return found && kelm::udp::is_own(*found, *type->owner_meta_model()) ? found : nullptr;
+}
 
 // Kept: a property that comes back has its name and class, and after a removal its default.  Its definition,
 // choices and multiline mark are not part of these messages.
 meta_property* udp_presence_message_impl::add_property() {
-    return owner_meta_type_ ? owner_meta_type_->add_property(udp_type_, udp_name_, udp_class_, {}) : nullptr;
+    meta_object_base* const type = own_type();
+    return type ? type->add_property(udp_type_, udp_name_, udp_class_, {}) : nullptr;
 }
 
 void udp_presence_message_impl::remove_property() {
-    if (auto* const type = dynamic_cast<meta_object_base*>(owner_meta_type_))
-        type->remove_property(udp_type_);
+    if (own_property()) own_type()->remove_property(udp_type_);
 }
 
 std::string& udp_presence_message_impl::describe(const char* action, std::string& out) const {
@@ -65,12 +80,9 @@ udp_set_attribute_value_message_impl::udp_set_attribute_value_message_impl(
 value_ptr udp_set_attribute_value_message_impl::new_value() const { return shared_clone(new_value_.get()); }
 value_ptr udp_set_attribute_value_message_impl::old_value() const { return shared_clone(old_value_.get()); }
 
-meta_property* udp_set_attribute_value_message_impl::property() const {
-    return owner_meta_type_ ? owner_meta_type_->find_property(udp_type_) : nullptr;
-}
-
 std::string& udp_set_attribute_value_message_impl::to_string(std::string& out) const {
-    const meta_property* const changed = property();
+    const meta_property* const changed =
+        owner_meta_type_ ? owner_meta_type_->find_property(udp_type_) : nullptr;
     const auto text = [](const value_custody& value) {
         return value.get() ? value.get()->to_string() : std::string{};
     };
@@ -79,13 +91,13 @@ std::string& udp_set_attribute_value_message_impl::to_string(std::string& out) c
 }
 
 bool udp_set_attribute_value_message_impl::redo() {
-    meta_property* const changed = property();
+    meta_property* const changed = own_property();
     if (changed && new_value_.get()) changed->set_attribute_value(udp_att_, *new_value_.get());
     return true;
 }
 
 bool udp_set_attribute_value_message_impl::undo() {
-    meta_property* const changed = property();
+    meta_property* const changed = own_property();
     if (!changed) return true;
     if (old_value_.get())
         changed->set_attribute_value(udp_att_, *old_value_.get());
@@ -106,10 +118,6 @@ void udp_set_attribute_value_message_impl::register_values(value_position_map& p
 
 abstract_property* udp_set_attribute_value_message_impl::get_value(int index, int sub_index) const {
     return resolve_value((index == 0 ? new_value_ : old_value_).get(), sub_index);
-}
-
-void udp_set_attribute_value_message_impl::set_value(int index, abstract_property* value) {
-    (index == 0 ? new_value_ : old_value_).borrow(value);
 }
 
 } // namespace kelm

@@ -12,6 +12,8 @@
 
 namespace kelm {
 
+class meta_object_base;
+
 /// Shared by all three: the type and the property, and that observers never hear of it.
 class udp_message_impl : public message_impl {
 protected:
@@ -29,12 +31,21 @@ protected:
         archive.number("udp_type", self.udp_type_);
     }
 
+    /// \returns the type as the message's own model has it; null when it is unknown, or another's
+    meta_object_base* own_type() const;
+    /// \returns the property when the message's own model has declared it, else null: those of the application belong to
+    ///          all models, and a stream may name them
+    meta_property* own_property() const;
+
     meta_object* owner_meta_type_;
     u32 udp_type_;
 };
 
 /// Shared by adding and removing: what it takes to do the one or the other.
 class udp_presence_message_impl : public udp_message_impl {
+public:
+    const std::string& udp_name() const { return udp_name_; }
+
 protected:
     udp_presence_message_impl(u32 type, silent_edit* model, meta_object* owner, u32 udp_type,
                               std::string name, u32 udp_class)
@@ -92,7 +103,7 @@ public:
     bool undo() override;
     void release_values() override { default_value_.release(); }
     void register_values(value_position_map& positions, u32 index) const override;
-    void set_value(int, abstract_property* value) override { default_value_.borrow(value); }
+    value_custody* custody(int) override { return &default_value_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -126,7 +137,7 @@ public:
     void release_values() override;
     void register_values(value_position_map& positions, u32 index) const override;
     abstract_property* get_value(int index, int sub_index) const override;
-    void set_value(int index, abstract_property* value) override;
+    value_custody* custody(int index) override { return index == 0 ? &new_value_ : &old_value_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -138,9 +149,6 @@ public:
     }
 
 private:
-    /// \returns null when the type is unknown or lacks the property
-    meta_property* property() const;
-
     u32 udp_att_;
     value_custody new_value_;
     value_custody old_value_;

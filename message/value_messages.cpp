@@ -62,15 +62,12 @@ abstract_property* property_set_message_impl::get_value(int index, int sub_index
     return resolve_value(newer ? new_.get() : old_.get(), sub_index);
 }
 
-void property_set_message_impl::set_value(int index, abstract_property* value) {
-    (index == 0 ? new_ : old_).borrow(value);
-}
-
 void property_set_message_impl::forward() {
     auto comes = new_.hand_over();
     if (!comes) return; // it stands in the object already
     auto left = edit().exchange_value(property_type(), std::move(comes));
-    if (had_own_value()) old_.take_back(std::move(left));
+    // Where nothing was to leave, something does only in a stream that no history has written: it is kept all the same.
+    if (left || had_own_value()) old_.take_back(std::move(left));
 }
 
 void property_set_message_impl::backward() {
@@ -107,11 +104,9 @@ void property_delete_message_impl::register_values(value_position_map& positions
 }
 
 void property_delete_message_impl::backward() {
-    auto comes = old_.hand_over();
-    if (!comes) return; // it stands in the object already
-    // Nothing else can stand under the id in a sound history; where something does, it must not be lost.
-    auto in_the_way = edit().exchange_value(property_type(), std::move(comes));
-    (void)in_the_way;
+    // Nothing else can stand under the id in a sound history; where something does, others may know it: it stays.
+    if (!old_.holds() || edit().own_value(property_type())) return;
+    edit().exchange_value(property_type(), old_.hand_over());
 }
 
 void property_delete_message_impl::inverse() {

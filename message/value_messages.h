@@ -75,7 +75,7 @@ public:
     void release_values() override;
     void register_values(value_position_map& positions, u32 index) const override;
     abstract_property* get_value(int index, int sub_index) const override;
-    void set_value(int index, abstract_property* value) override;
+    value_custody* custody(int index) override { return index == 0 ? &new_ : &old_; }
     /// \returns whether it only records that an effective value changed by other means
     bool is_refresh() const { return mark(); }
 
@@ -104,7 +104,7 @@ protected:
     abstract_property* known_old_value() const { return old_.get(); }
 
 private:
-    bool had_own_value() const { return old_.get() && old_owner_ == real_owner(); }
+    bool had_own_value() const { return old_.get() && old_owner_ == object(); }
 
     value_custody new_;
     value_custody old_;
@@ -129,7 +129,7 @@ public:
     abstract_property* get_value(int, int sub_index) const override {
         return resolve_value(old_.get(), sub_index);
     }
-    void set_value(int, abstract_property* value) override { old_.borrow(value); }
+    value_custody* custody(int) override { return &old_; }
     /// \returns whether it only records that an effective value went by other means
     bool is_refresh() const { return mark(); }
 

@@ -3,8 +3,12 @@
 #include "message/value_record.h"
 
 #include "framework/data_types.h"
+#include "framework/stored_value.h"
 #include "framework/values.h"
 #include "util/bytes.h"
+
+#include <kelm/meta_model.h>
+#include <kelm/model.h>
 
 #include <algorithm>
 #include <istream>
@@ -16,12 +20,10 @@ namespace kelm {
 namespace {
 
 void write_owned(const abstract_property& value, std::ostream& out) {
-    const u32 code = data_types::stream_code_of(&value);
-    if (code == 0) return out.setstate(std::ios_base::failbit);
+    if (data_types::stream_code_of(&value) == data_type::none) return out.setstate(std::ios_base::failbit);
     put_bool(out, true);
     put_bool(out, true);
-    put_u32(out, code);
-    value.write(out);
+    put_stored_value(out, &value);
 }
 
 void write_shared(const abstract_property* value, const value_position_map& positions, std::ostream& out) {
@@ -35,15 +37,9 @@ void write_shared(const abstract_property* value, const value_position_map& posi
 }
 
 std::unique_ptr<abstract_property> read_owned(kelm::object* source, read_context& from) {
-    const u32 code = get_u32(from.in);
-    std::unique_ptr<abstract_property> value{from.in ? data_types::create_value(code) : nullptr};
-    if (!value) {
-        from.in.setstate(std::ios_base::failbit);
-        return nullptr;
-    }
     auto& records = from.references.references;
     const std::size_t first = records.size();
-    value->read(from.in, records, source);
+    auto value = get_stored_value(from.in, records, source);
     for (std::size_t i = first; i != records.size(); ++i) records[i].from_message = true;
     return value;
 }
@@ -69,6 +65,10 @@ void read_shared(value_custody& out, message& self, const value_place& where, re
 }
 
 } // namespace
+
+format_version version_of(kelm::model& of) {
+    return {static_cast<int>(of.meta_model()->version()), static_cast<int>(of.meta_model()->minor_version())};
+}
 
 void write_message_value(const abstract_property* value, bool owned, write_context& to) {
     if (!value)

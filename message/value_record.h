@@ -2,6 +2,7 @@
 // Which values a message has is told by its own fields.
 #pragma once
 
+#include "message/format_version.h"
 #include "message/message_impl.h"
 #include "message/value_custody.h"
 
@@ -17,7 +18,11 @@ struct write_context {
     std::ostream& out;
     const value_position_map& positions;
     bool for_replay;
+    const kelm::object* about; ///< null for a message whose object is gone
 };
+
+/// \returns the stamp that streams of a model get
+format_version version_of(kelm::model& of);
 
 /// What the fields of messages are read from, and what they are looked up in.
 struct read_context {
@@ -26,8 +31,7 @@ struct read_context {
     kelm::model* model;
     io_reference_manager& references;
     value_fixup_map& fixups;
-    int version;
-    int minor_version;
+    format_version version;
 };
 
 /// Where a reader finds a value that the message does not own.

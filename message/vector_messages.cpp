@@ -49,10 +49,6 @@ abstract_property* property_set_vec_prop_message_impl::get_value(int, int sub_in
     return resolve_value(is_undone() ? new_.get() : old_.get(), sub_index);
 }
 
-void property_set_vec_prop_message_impl::set_value(int index, abstract_property* value) {
-    (index == 0 ? new_ : old_).borrow(value);
-}
-
 void property_set_vec_prop_message_impl::swap_in(value_custody& comes, value_custody& goes) {
     auto element = comes.hand_over();
     if (!element) return;

@@ -28,7 +28,7 @@ public:
     void release_values() override;
     void register_values(value_position_map& positions, u32 index) const override;
     abstract_property* get_value(int index, int sub_index) const override;
-    void set_value(int index, abstract_property* value) override;
+    value_custody* custody(int index) override { return index == 0 ? &new_ : &old_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -72,7 +72,7 @@ public:
     void release_values() override { value_.release(); }
     void register_values(value_position_map& positions, u32 index) const override;
     abstract_property* get_value(int index, int sub_index) const override;
-    void set_value(int, abstract_property* value) override { value_.borrow(value); }
+    value_custody* custody(int) override { return &value_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -123,7 +123,7 @@ public:
     abstract_property* get_value(int, int sub_index) const override {
         return resolve_value(value_.get(), sub_index);
     }
-    void set_value(int, abstract_property* value) override { value_.borrow(value); }
+    value_custody* custody(int) override { return &value_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {

@@ -1,6 +1,6 @@
 // The binary records of meta things and of attributes.
 // Where they stand in a model's stream is the business of the stream.
-#include "framework/data_types.h"
+#include "framework/stored_value.h"
 #include "meta/meta_attribute_impl.h"
 #include "meta/meta_property_impl.h"
 #include "util/bytes.h"
@@ -16,35 +16,10 @@ namespace kelm {
 
 namespace {
 
-/// \returns the code that a value is read back by; 0 when there is none.  The class of a property may be an
-///          unsigned number, which has no code of its own and the layout of an integer.
-u32 stored_code(const abstract_property& value) {
-    if (dynamic_cast<const property<unsigned>*>(&value)) return data_type::integer;
-    return data_types::data_type_of(&value);
-}
-
-/// Writes code and value.  Sets failbit for a value that could not be read back.
-void put_value(std::ostream& out, const abstract_property& value) {
-    const u32 code = stored_code(value);
-    if (code == data_type::none) return out.setstate(std::ios::failbit);
-    put_u32(out, code);
-    value.write(out);
-}
-
-/// Reads code and value.  Sets failbit for an unknown code.
-/// \returns null exactly when `in` has failed
+// Attributes do not refer to objects: a reference that is read for one stays null.
 std::unique_ptr<abstract_property> get_value(std::istream& in) {
-    const u32 code = get_u32(in);
-    if (!in) return nullptr;
-    std::unique_ptr<abstract_property> value(data_types::create_value(code));
-    if (!value) {
-        in.setstate(std::ios::failbit);
-        return nullptr;
-    }
-    // Attributes do not refer to objects: a reference that is read for one stays null.
     std::vector<reference_record> references;
-    value->read(in, references, nullptr);
-    return in ? std::move(value) : nullptr;
+    return get_stored_value(in, references, nullptr);
 }
 
 } // namespace
@@ -54,7 +29,7 @@ void meta_base::write(std::ostream& out) const {
     put_u32(out, static_cast<u32>(attributes_.size()));
     for (const auto& [attribute, value] : attributes_) {
         put_u32(out, attribute);
-        put_value(out, *value);
+        put_stored_value(out, value.get());
     }
 }
 
@@ -87,7 +62,7 @@ void meta_attribute_impl::write(std::ostream& out) const {
     put_string(out, name_);
     put_bool(out, inheritable_);
     put_bool(out, default_ != nullptr);
-    if (default_) put_value(out, *default_);
+    if (default_) put_stored_value(out, default_.get());
 }
 
 void meta_attribute_impl::read(std::istream& in) {

@@ -58,6 +58,7 @@ public:
 
 private:
     /// The first choice becomes the default where there is none, and a value from a list has one line.
+    // Kept: that is, the definition no longer asks for more; a property that it has made keeps its mark.
     static bool follow_choices(object& what, definition& it, given_value choices) {
         const abstract_property* const first = first_of(&choices);
         if (first && !it.has_default_value() && !it.set(property_id::udp_default_value, *first)) return false;
@@ -79,6 +80,7 @@ private:
 };
 
 /// Before a property of a definition is deleted: without a name or types, nothing is left of what it made.
+// Kept: what else is deleted does not reach what it made, which keeps the definition, default or choices it has.
 class udp_scratch_pre_prop_delete final : public pre_prop_delete_semantic {
 public:
     u32 id() const override { return 3; }

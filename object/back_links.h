@@ -35,6 +35,11 @@ public:
         const std::size_t at = place_of(who);
         if (at != links_.size() && links_[at] == who) links_.erase(at);
     }
+    /// Removes the entry at the place of `who`, which callers know to be in the list.
+    void remove_member(object_impl* who) {
+        // Kept: nobody asks whose entry it is, so that of one who is not there the next one's would go.
+        if (const std::size_t at = place_of(who); at != links_.size()) links_.erase(at);
+    }
     bool holds(object_impl* who) const { return std::binary_search(begin(), end(), who, std::less<>{}); }
     std::vector<object_impl*> copy() const { return {begin(), end()}; }
     /// \returns each once

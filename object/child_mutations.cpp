@@ -131,11 +131,15 @@ private:
 
 // One owner a child, inside one model, and no circles.
 bool object_impl::may_own(const object_impl& child) const {
-    if (child.type_id_ == type_id::model || child.model_ != model_ || &child == this) return false;
-    if (child.object_state_ == state::being_created && !child.children_) return true; // nobody's owner yet
+    return child.model_ == model_ && !closes_circle(child);
+}
+
+bool object_impl::closes_circle(const object_impl& child) const {
+    if (child.type_id_ == type_id::model || &child == this) return true;
+    if (child.named_as_owner_ == 0) return false; // it is nobody's owner
     for (const object_impl* at = owner_object_; at; at = at->owner_object_)
-        if (at == &child) return false;
-    return true;
+        if (at == &child) return true;
+    return false;
 }
 
 bool object_impl::add_child(object* child) {

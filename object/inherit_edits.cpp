@@ -18,7 +18,7 @@ void enter_inheritor(std::unique_ptr<back_links>& list, object_impl* who) {
 
 void strike_inheritor(std::unique_ptr<back_links>& list, object_impl* who) {
     if (!list) return;
-    list->remove(who);
+    list->remove_member(who);
     if (list->empty()) list.reset();
 }
 

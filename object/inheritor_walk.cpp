@@ -29,7 +29,7 @@ bool may_be_asked(const object_impl& at, const object_impl& base, u32 id) {
 }
 
 bool inheritor_walk::sees(const object_impl& inheritor) const {
-    if (tests_type_ && !(origin_ && may_be_asked(*origin_, inheritor, id_))) {
+    if (tests_type_ && !(origin_ && origin_->type() == inheritor.type())) {
         const meta_object* const type = inheritor.meta();
         if (!type || !type->has_property(id_)) return false;
     }

@@ -17,6 +17,7 @@
 namespace kelm {
 
 class passed_message;
+struct format_version;
 
 /// A document.  Deleting it tears its objects down; framework_impl alone makes and deletes it.
 class model_impl final : public kelm::model, public object_impl {
@@ -98,18 +99,22 @@ public:
         last_object_id_.set_last(last_object);
         last_udp_id_.set_last(last_udp);
     }
+    void restore_transaction_id(u32 last) { last_transaction_id_.set_last(last); }
+    u32 last_udp_id() const { return last_udp_id_.last(); }
+    void set_model_id(const GUID& id) { model_guid_ = id; }
     /// The messages that are being passed to inheritors, see passed_message.
     passed_message*& innermost_passed() { return innermost_passed_; }
     id_map& objects_by_id() { return objects_by_id_; }
     object_pool& pool() { return pool_; }
     /// Keeps a value that left the graph in no message, so that it lives as long as the model.
-    void keep_lost_value(std::unique_ptr<abstract_property> value) {
-        lost_values_.push_back(std::move(value));
-    }
+    void keep_lost(std::unique_ptr<abstract_property> value) { lost_values_.push_back(std::move(value)); }
     /// \returns whether the model still stands
     static bool is_alive(const kelm::model* which);
 
 private:
+    bool write_stream(std::ostream& out, bool with_history, u32 transaction_count);
+    bool read_stream(std::istream& in);
+    bool read_history(std::istream& in, const format_version& version);
     void take_over_transaction_id();
 
     object_pool pool_; // first, so that it goes last

@@ -142,7 +142,15 @@ void object_impl::unlink(bool whole_model) {
     }
     unlink_bases(whole_model);
     unlink_observers(whole_model);
-    if (!whole_model && is_listed_ && owner_object_) owner_object_->take_child(*this);
+    if (!whole_model && is_listed_) leave_list();
+}
+
+void object_impl::leave_list() {
+    if (owner_object_) owner_object_->take_child(*this);
+    if (!is_listed_ || !model_) return;
+    // It stands in the list of another than its owner, where a history read from a stream has left it.
+    model_->take_child(*this);
+    for (object_impl* const each : model_->pool().objects()) each->take_child(*this);
 }
 
 // A reference that would dangle reads as null from then on.

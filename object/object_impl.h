@@ -121,6 +121,7 @@ public:
     std::unique_ptr<abstract_property> exchange_value(u32 id,
                                                       std::unique_ptr<abstract_property> value) override;
     std::unique_ptr<abstract_property> take_value(u32 id) override;
+    void keep_lost_value(std::unique_ptr<abstract_property> value) override;
     void exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) override;
     void insert_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) override;
     std::unique_ptr<abstract_property> take_element(u32 id, std::size_t position,
@@ -185,6 +186,8 @@ public:
     const std::set<u32>* observer_ids() const { return observer_ids_.get(); }
     meta_object* meta() const;
     bool may_own(const object_impl& child) const;
+    /// \returns whether `child` may be below nobody, or owns this, at any distance, or is this
+    bool closes_circle(const object_impl& child) const;
     /// \returns whether the list of children of some object holds this one
     bool is_listed() const { return is_listed_; }
     /// \returns whether `base` can be put into the list of bases: it is another object of this model that is not in
@@ -194,6 +197,9 @@ public:
     /// The name that the object keeps, see cache_names(); null until it has been given one.
     const std::string* cached_name() const { return cached_name_.get(); }
     void cache_name(const std::string& name);
+
+    /// Enters this object in the back-list of a target that a reader has just put into one of its values.
+    void link_read_reference(object_impl& target) { target.add_reference_from(*this); }
 
     /// Readers fill bare objects with these.
     void set_id(u32 id) { object_id_ = id; }
@@ -215,6 +221,7 @@ private:
     void unlink_references(const abstract_property* value);
     void clear_references_to(const object_impl& gone);
     vector_property* own_vector(u32 id) const;
+    void leave_list();
     void unlink_bases(bool whole_model);
     void unlink_observers(bool whole_model);
     bool is_elsewhere(const object_impl& other, bool whole_model) const;

@@ -41,6 +41,10 @@ std::unique_ptr<abstract_property> object_impl::take_value(u32 id) {
     return former;
 }
 
+void object_impl::keep_lost_value(std::unique_ptr<abstract_property> value) {
+    if (value && model_) model_->keep_lost(std::move(value));
+}
+
 vector_property* object_impl::own_vector(u32 id) const {
     return const_cast<vector_property*>(exact_cast<vector_property>(values_.find(id)));
 }
@@ -91,7 +95,7 @@ void object_impl::move_element(u32 id, std::size_t from, std::size_t to) {
     // Kept: behind the end there is no place for it, and no message has it; the model frees it at its end.
     std::unique_ptr<abstract_property> lost{moved};
     unlink_references(moved);
-    if (model_) model_->keep_lost_value(std::move(lost));
+    keep_lost_value(std::move(lost));
 }
 
 child_list& object_impl::made_children() {
@@ -102,6 +106,7 @@ child_list& object_impl::made_children() {
 void object_impl::insert_child(object& child, std::size_t position) {
     object_impl& what = *impl_of(&child);
     if (what.is_listed_) return; // here, or with another owner
+    if (what.owner_object_ != this && closes_circle(what)) return;
     made_children().insert(what, position);
     what.is_listed_ = true;
     what.set_owner_field(this);
@@ -119,7 +124,7 @@ void object_impl::move_child(object& child, std::size_t position) {
 
 // A deleted owner stays counted when an object leaves it: the history that can take that back names it too.
 void object_impl::set_owner_field(object* owner) {
-    if (owner == owner_object_) return;
+    if (owner == owner_object_ || (owner && impl_of(owner)->closes_circle(*this))) return;
     if (owner_object_ && !owner_object_->is_deleted()) --owner_object_->named_as_owner_;
     owner_object_ = static_cast<object_impl*>(owner);
     if (owner_object_) ++owner_object_->named_as_owner_;

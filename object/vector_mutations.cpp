@@ -148,8 +148,7 @@ private:
     /// has it; the model frees it at its end.  The rollback comes first: it needs the list as its messages left it.
     step lose(const abstract_property* element) {
         self.refuse();
-        if (auto lost = self.take_element(id, from, element))
-            self.owning_model()->keep_lost_value(std::move(lost));
+        self.keep_lost_value(self.take_element(id, from, element));
         return step::failed;
     }
 };

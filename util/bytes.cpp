@@ -57,11 +57,27 @@ void put_string(std::ostream& out, std::string_view text) {
     out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
+void put_guid(std::ostream& out, const GUID& value) {
+    put_u32(out, value.Data1);
+    put_u16(out, value.Data2);
+    put_u16(out, value.Data3);
+    for (const u8 byte : value.Data4) put_u8(out, byte);
+}
+
 u8 get_u8(std::istream& in) { return get<u8>(in); }
 u16 get_u16(std::istream& in) { return get<u16>(in); }
 u32 get_u32(std::istream& in) { return get<u32>(in); }
 u64 get_u64(std::istream& in) { return get<u64>(in); }
 bool get_bool(std::istream& in) { return get_u8(in) != 0; }
+
+GUID get_guid(std::istream& in) {
+    GUID id;
+    id.Data1 = get_u32(in);
+    id.Data2 = get_u16(in);
+    id.Data3 = get_u16(in);
+    for (u8& byte : id.Data4) byte = get_u8(in);
+    return in ? id : GUID{};
+}
 
 std::string get_string(std::istream& in) {
     std::size_t left = get_u32(in);

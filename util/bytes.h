@@ -2,6 +2,7 @@
 // Not an archive: what stands in which order is the business of the formats.
 #pragma once
 
+#include <kelm/guid.h>
 #include <kelm/types.h>
 
 #include <iosfwd>
@@ -20,6 +21,8 @@ void put_u64(std::ostream& out, u64 value);
 void put_bool(std::ostream& out, bool value);
 /// The length as 4 bytes, then the bytes.  Sets failbit, and writes nothing, for a text whose length has no room.
 void put_string(std::ostream& out, std::string_view text);
+/// 16 bytes: the three numbers, then the eight bytes.
+void put_guid(std::ostream& out, const GUID& value);
 
 // Reading. Where too few bytes are left, or the stream has failed before, failbit is set and the answer is 0,
 // false or empty: a record is read field by field, and its stream is asked once at the end.
@@ -30,6 +33,7 @@ void put_string(std::ostream& out, std::string_view text);
 [[nodiscard]] u64 get_u64(std::istream& in);
 /// One byte; every other than 0 is true.
 [[nodiscard]] bool get_bool(std::istream& in);
+[[nodiscard]] GUID get_guid(std::istream& in);
 /// What put_string() wrote.  Memory grows with the bytes that are there, not with the length that is announced.
 [[nodiscard]] std::string get_string(std::istream& in);
 

@@ -2,6 +2,8 @@
 // Control characters and broken text are dealt with where names are shown.
 #include "identifiers.h"
 
+#include "characters.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -9,9 +11,6 @@
 namespace schema {
 
 namespace {
-
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 bool is_plain(const std::string& name) {
     return !name.empty() && is_letter(name.front()) &&
@@ -29,6 +28,17 @@ std::string identifier(const std::string& name) {
         quoted += c;
     }
     return quoted + '"';
+}
+
+std::string unquoted(std::string_view sql) {
+    const char quote = sql.empty() ? '\0' : sql.front();
+    if (quote != '"' && quote != '`' && quote != '[') return std::string(sql);
+    std::string name;
+    for (std::size_t at = 1; at + 1 < sql.size(); ++at) {
+        name += sql[at];
+        if (sql[at] == quote && quote != '[') ++at; // a doubled quote stands for itself
+    }
+    return name;
 }
 
 bool less_name::operator()(const std::string& a, const std::string& b) const {

@@ -107,23 +107,24 @@ void print_foreign_key(json_writer& json, const kelm::object& key) {
     json.end_object();
 }
 
-void print_index(json_writer& json, const kelm::object& index) {
-    json.begin_object();
-    json.key("name").value(name(index));
+void print_index_members(json_writer& json, const kelm::object& index) {
     json.key("unique").value(flag(index, property::unique));
     json.key("partial").value(flag(index, property::partial));
     text_or_null(json, "condition", index, property::condition);
     print_key_columns(json, index);
-    json.key("sql").value(text(index, property::sql));
+}
+
+/// An index or a trigger.  Outside the object of its table it tells which that is.
+void print_part(json_writer& json, const kelm::object& part, bool with_table) {
+    json.begin_object();
+    json.key("name").value(name(part));
+    if (with_table) json.key("table").value(name(*part.owner()));
+    if (part.type() == type::index) print_index_members(json, part);
+    json.key("sql").value(text(part, property::sql));
     json.end_object();
 }
 
-void print_trigger(json_writer& json, const kelm::object& trigger) {
-    json.begin_object();
-    json.key("name").value(name(trigger));
-    json.key("sql").value(text(trigger, property::sql));
-    json.end_object();
-}
+void print_inner_part(json_writer& json, const kelm::object& part) { print_part(json, part, false); }
 
 void print_table(json_writer& json, const kelm::object& table) {
     json.begin_object();
@@ -137,8 +138,8 @@ void print_table(json_writer& json, const kelm::object& table) {
     print_primary_key(json, table);
     list(json, "unique_keys", table, type::unique_key, print_key);
     list(json, "foreign_keys", table, type::foreign_key, print_foreign_key);
-    list(json, "indexes", table, type::index, print_index);
-    list(json, "triggers", table, type::trigger, print_trigger);
+    list(json, "indexes", table, type::index, print_inner_part);
+    list(json, "triggers", table, type::trigger, print_inner_part);
     json.key("sql").value(text(table, property::sql));
     json.end_object();
 }
@@ -148,22 +149,33 @@ void print_view(json_writer& json, const kelm::object& view) {
     json.key("name").value(name(view));
     text_or_null(json, "problem", view, property::problem);
     list(json, "columns", view, type::column, print_column);
-    list(json, "triggers", view, type::trigger, print_trigger);
+    list(json, "triggers", view, type::trigger, print_inner_part);
     json.key("sql").value(text(view, property::sql));
     json.end_object();
 }
 
+void print_listed(json_writer& json, const kelm::object& what) {
+    switch (what.type()) {
+    case type::table: return print_table(json, what);
+    case type::view: return print_view(json, what);
+    default: return print_part(json, what, true);
+    }
+}
+
 } // namespace
 
-void print_json(std::ostream& out, const kelm::object& root) {
+void print_json(std::ostream& out, const kelm::object& root, const std::vector<listing>& shown) {
     json_writer json(out);
     json.begin_object();
     json.key("file").value(text(root, kelm::property_id::definition));
     json.key("counts").begin_object();
     for (const count& entry : counts(root)) json.key(entry.key).value(entry.number);
     json.end_object();
-    list(json, "tables", root, type::table, print_table);
-    list(json, "views", root, type::view, print_view);
+    for (const listing& of_type : shown) {
+        json.key(of_type.key).begin_array();
+        for (const kelm::object* each : of_type.objects) print_listed(json, *each);
+        json.end_array();
+    }
     json.end_object();
 }
 

@@ -1,7 +1,8 @@
-// The types of a schema: their properties, and what each may contain.
+// The types of a schema: their properties, and what each may contain, and the hooks of each.
 // Their ids are in types.h.
 #include "meta_model.h"
 
+#include "hooks.h"
 #include "types.h"
 
 #include <kelm/framework.h>
@@ -37,13 +38,16 @@ void contains(kelm::u32 owner, std::initializer_list<kelm::u32> children) {
 void define_relations() {
     define(type::table, "Table",
            {{property::sql, "SQL", kind::string},
+            {property::file_position, "File Position", kind::integer},
             {property::problem, "Problem", kind::string},
             {property::without_rowid, "Without Rowid", kind::boolean},
             {property::strict, "Strict", kind::boolean},
             {property::is_virtual, "Virtual", kind::boolean},
             {property::shadow, "Shadow", kind::boolean}});
     define(type::view, "View",
-           {{property::sql, "SQL", kind::string}, {property::problem, "Problem", kind::string}});
+           {{property::sql, "SQL", kind::string},
+            {property::file_position, "File Position", kind::integer},
+            {property::problem, "Problem", kind::string}});
     define(type::column, "Column",
            {{property::declared_type, "Declared Type", kind::string},
             {property::not_null, "Not Null", kind::boolean},
@@ -52,7 +56,12 @@ void define_relations() {
             {property::hidden, "Hidden", kind::boolean},
             {property::autoincrement, "Autoincrement", kind::boolean},
             {property::collation, "Collation", kind::string}});
-    define(type::trigger, "Trigger", {{property::sql, "SQL", kind::string}});
+    define(type::trigger, "Trigger",
+           {{property::sql, "SQL", kind::string}, {property::file_position, "File Position", kind::integer}});
+    define(type::domain, "Domain",
+           {{property::declared_type, "Declared Type", kind::string},
+            {property::not_null, "Not Null", kind::boolean},
+            {property::default_value, "Default", kind::string}});
 }
 
 void define_keys() {
@@ -60,6 +69,7 @@ void define_keys() {
     define(type::unique_key, "Unique Key", {});
     define(type::index, "Index",
            {{property::sql, "SQL", kind::string},
+            {property::file_position, "File Position", kind::integer},
             {property::unique, "Unique", kind::boolean},
             {property::partial, "Partial", kind::boolean},
             {property::condition, "Condition", kind::string}});
@@ -85,7 +95,7 @@ void schema_types::define_meta_objects() {
     define_relations();
     define_keys();
 
-    contains(kelm::type_id::model, {type::table, type::view});
+    contains(kelm::type_id::model, {type::table, type::view, type::domain});
     contains(type::table, {type::column, type::primary_key, type::unique_key, type::foreign_key, type::index,
                            type::trigger});
     contains(type::view, {type::column, type::trigger});
@@ -93,6 +103,11 @@ void schema_types::define_meta_objects() {
     contains(type::unique_key, {type::key_column});
     contains(type::index, {type::key_column});
     contains(type::foreign_key, {type::foreign_key_column});
+
+    add_name_hooks(rules_);
+    add_key_hooks(rules_);
+    add_drop_hooks(rules_);
+    add_property_hooks(rules_);
 }
 
 } // namespace schema

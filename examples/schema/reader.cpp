@@ -2,7 +2,9 @@
 // Objects first, then what refers to them: a foreign key may point at a table of a later name.
 #include "reader.h"
 
+#include "foreign_keys.h"
 #include "identifiers.h"
+#include "lookup.h"
 #include "sql_text.h"
 #include "types.h"
 #include "values.h"
@@ -31,19 +33,21 @@ public:
         for (const auto& [unused, relation] : relations_) read_columns(*relation);
         for (kelm::object* table : parts(root_, type::table)) read_keys(*table);
         for (kelm::object* table : parts(root_, type::table)) read_foreign_keys(*table);
+        resolve_foreign_keys(root_);
         read_triggers();
     }
 
 private:
     void read_relations(const char* kind, kelm::u32 type) {
         statement row(db_,
-                      "SELECT name, sql FROM main.sqlite_master"
+                      "SELECT name, sql, rowid FROM main.sqlite_master"
                       " WHERE type = ? AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'"
                       " ORDER BY name COLLATE NOCASE, name",
                       {kind});
         while (row.next()) {
             kelm::object& made = add(root_, type, row.text(0));
             set_text(made, property::sql, row.text(1));
+            set_number(made, property::file_position, row.number(2));
             relations_[row.text(0)] = &made;
         }
     }
@@ -64,8 +68,8 @@ private:
     }
 
     void read_index_sql() {
-        statement row(db_, "SELECT name, sql FROM main.sqlite_master WHERE type = 'index'");
-        while (row.next()) index_sql_[row.text(0)] = row.text(1);
+        statement row(db_, "SELECT name, sql, rowid FROM main.sqlite_master WHERE type = 'index'");
+        while (row.next()) index_sql_[row.text(0)] = {row.text(1), row.number(2)};
     }
 
     /// A view of what is gone, and a virtual table of an unknown kind, have no columns that could be told; the
@@ -119,8 +123,9 @@ private:
         kelm::object& index = add(table, type::index, row.text(0));
         if (row.number(1)) set_flag(index, property::unique);
         if (row.number(3)) set_flag(index, property::partial);
-        const std::string& sql = index_sql_[row.text(0)];
+        const auto& [sql, position] = index_sql_[row.text(0)];
         set_text(index, property::sql, sql);
+        set_number(index, property::file_position, position);
         const index_text text = read_index(sql);
         if (row.number(3)) set_text(index, property::condition, text.condition);
         read_key_columns(index, table, row.text(0), text.terms);
@@ -172,61 +177,37 @@ private:
             if (row.number(0) == 0) key = &read_foreign_key(table, row);
             if (!key) continue;
             kelm::object& part = add(*key, type::foreign_key_column);
-            if (kelm::object* column = find(table, row.text(2))) set_target(part, property::column, *column);
+            if (kelm::object* column = find(table, type::column, row.text(2)))
+                set_target(part, property::column, *column);
             if (!row.is_null(3)) set_text(part, property::target_name, row.text(3));
         }
-        for (kelm::object* made : parts(table, type::foreign_key)) resolve(*made);
     }
 
-    kelm::object& read_foreign_key(kelm::object& table, const statement& row) {
+    static kelm::object& read_foreign_key(kelm::object& table, const statement& row) {
         kelm::object& key = add(table, type::foreign_key);
         set_text(key, property::target_name, row.text(1));
         if (row.text(4) != "NO ACTION") set_text(key, property::on_delete, row.text(4));
         if (row.text(5) != "NO ACTION") set_text(key, property::on_update, row.text(5));
-        const auto found = relations_.find(row.text(1));
-        if (found != relations_.end() && found->second->type() == type::table)
-            set_target(key, property::target_table, *found->second);
         return key;
     }
 
-    /// Lets each column of a foreign key refer to its target.  One that names no columns means the whole primary
-    /// key of its target.
-    static void resolve(kelm::object& key) {
-        kelm::object* table = target(key, property::target_table);
-        if (!table) return;
-        const std::vector<kelm::object*> pairs = parts(key, type::foreign_key_column);
-        const kelm::object* primary = table->child_at(type::primary_key, 0);
-        const bool fits = primary && primary->child_count(type::key_column) == pairs.size();
-        for (std::size_t i = 0; i < pairs.size(); ++i) {
-            kelm::object* column = nullptr;
-            if (has(*pairs[i], property::target_name))
-                column = find(*table, text(*pairs[i], property::target_name));
-            else if (fits)
-                column = target(*primary->child_at(type::key_column, i), property::column);
-            if (column) set_target(*pairs[i], property::target_column, *column);
-        }
-    }
-
-    static kelm::object* find(const kelm::object& table, const std::string& column) {
-        for (kelm::object* candidate : parts(table, type::column))
-            if (same_name(name(*candidate), column)) return candidate;
-        return nullptr;
-    }
-
     void read_triggers() {
-        statement row(
-            db_, "SELECT name, tbl_name, sql FROM main.sqlite_master WHERE type = 'trigger' ORDER BY rowid");
+        statement row(db_, "SELECT name, tbl_name, sql, rowid FROM main.sqlite_master WHERE type = 'trigger' "
+                           "ORDER BY rowid");
         while (row.next()) {
             const auto found = relations_.find(row.text(1));
             if (found == relations_.end()) continue; // of one of SQLite's own tables
-            set_text(add(*found->second, type::trigger, row.text(0)), property::sql, row.text(2));
+            kelm::object& made = add(*found->second, type::trigger, row.text(0));
+            set_text(made, property::sql, row.text(2));
+            set_number(made, property::file_position, row.number(3));
         }
     }
 
     const database& db_;
     kelm::object& root_;
     std::map<std::string, kelm::object*, less_name> relations_; ///< tables and views share one space of names
-    std::map<std::string, std::string, less_name> index_sql_;
+    std::map<std::string, std::pair<std::string, int>, less_name>
+        index_sql_; ///< with their positions in the file
 };
 
 } // namespace

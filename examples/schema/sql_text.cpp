@@ -2,6 +2,9 @@
 // SQLite keeps the text as the user wrote it, but begins it with its own CREATE and the bare name.
 #include "sql_text.h"
 
+#include "characters.h"
+#include "identifiers.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -19,13 +22,6 @@ struct token {
                sqlite3_strnicmp(text.data(), word.data(), static_cast<int>(word.size())) == 0;
     }
 };
-
-bool is_space(char c) { return std::string_view(" \t\n\f\r").find(c) != std::string_view::npos; }
-
-bool is_word(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-           c == '$' || static_cast<unsigned char>(c) >= 0x80;
-}
 
 std::size_t behind(std::string_view text, std::string_view end, std::size_t from) {
     const std::size_t at = text.find(end, from);
@@ -99,6 +95,11 @@ std::string term(token_position from, token_position to) {
     return joined(from, to);
 }
 
+/// A text in single quotes names nothing.
+bool is_named(const token& t, const std::string& name) {
+    return t.text.front() != '\'' && same_name(unquoted(t.text), name);
+}
+
 } // namespace
 
 std::string one_line(std::string_view sql) {
@@ -109,6 +110,11 @@ std::string one_line(std::string_view sql) {
 std::string after_name(std::string_view create) {
     const std::vector<token> tokens = tokens_of(create);
     return joined(behind_name(tokens), tokens.end());
+}
+
+bool mentions(std::string_view sql, const std::string& name) {
+    const std::vector<token> tokens = tokens_of(sql);
+    return std::any_of(tokens.begin(), tokens.end(), [&](const token& t) { return is_named(t, name); });
 }
 
 index_text read_index(std::string_view create) {

@@ -14,6 +14,9 @@ std::string one_line(std::string_view sql);
 /// \returns what follows the name in a CREATE statement, as one line
 std::string after_name(std::string_view create);
 
+/// \returns whether the name stands in the text, with or without quotes, as SQLite compares names
+bool mentions(std::string_view sql, const std::string& name);
+
 /// The terms of a CREATE INDEX statement, without ASC and DESC, and the condition of a partial index.
 struct index_text {
     std::vector<std::string> terms;

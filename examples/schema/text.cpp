@@ -90,4 +90,10 @@ std::string shortened(const std::string& text, std::size_t most) {
     return text;
 }
 
+std::string lower(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
+
 } // namespace schema

@@ -20,4 +20,7 @@ std::string padded(const std::string& text, std::size_t to);
 /// \returns the text, cut behind `most` code points and marked with "..." when it is longer
 std::string shortened(const std::string& text, std::size_t most);
 
+/// \returns the text with its plain letters in lower case
+std::string lower(std::string text);
+
 } // namespace schema

@@ -3,7 +3,10 @@
 #include "tree_printer.h"
 
 #include "counts.h"
+#include "definitions_printer.h"
 #include "identifiers.h"
+#include "properties.h"
+#include "shown.h"
 #include "sql_text.h"
 #include "text.h"
 #include "types.h"
@@ -18,26 +21,15 @@ namespace {
 constexpr std::size_t widest_column = 40;
 constexpr std::size_t longest_sql = 72;
 
-std::string shown_name(const kelm::object& what) { return printable(identifier(name(what))); }
-std::string shown_identifier(const std::string& text) { return printable(identifier(text)); }
-std::string shown_sql(const std::string& sql) { return printable(one_line(sql)); }
-
-std::string lower(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
-
-void append(std::string& list, const std::string& entry, const char* separator) {
-    if (!list.empty() && !entry.empty()) list += separator;
-    list += entry;
-}
-
 /// Where the column stands in its table's primary key, from 1; 0 when it does not.
 std::size_t place_in_primary_key(kelm::object& column) {
     for (kelm::object* part : column.referencing_objects())
         if (part->owner()->type() == type::primary_key) return part->owner()->child_position(part) + 1;
     return 0;
+}
+
+std::string user_value(const std::string& key, const std::string& value) {
+    return shown_identifier(key) + " = " + printable(value);
 }
 
 std::string column_notes(kelm::object& column) {
@@ -52,13 +44,9 @@ std::string column_notes(kelm::object& column) {
     if (!collation.empty() && !same_name(collation, "BINARY")) note("collate " + shown_identifier(collation));
     if (has(column, property::generated)) note("generated " + text(column, property::generated));
     if (flag(column, property::hidden)) note("hidden");
+    if (const kelm::object* domain = column.inherits_from_at(0)) note("domain " + shown_name(*domain));
+    for (const auto& [key, value] : user_values(column)) note(user_value(key, value));
     return notes;
-}
-
-/// A line without blanks at its end.
-void print_line(std::ostream& out, std::string line) {
-    line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
 }
 
 void print_columns(std::ostream& out, const kelm::object& relation) {
@@ -135,18 +123,23 @@ void print_foreign_key(std::ostream& out, const kelm::object& key) {
     out << complaint(key) << '\n';
 }
 
-void print_index(std::ostream& out, const kelm::object& index) {
-    out << (flag(index, property::unique) ? "  unique index " : "  index ") << shown_name(index) << ' '
-        << key_terms(index);
-    if (flag(index, property::partial)) out << "  where " << shown_sql(text(index, property::condition));
-    out << '\n';
+/// \param of  where it stands: " on t", or nothing inside the block of its table
+std::string index_line(const kelm::object& index, const std::string& of) {
+    std::string line = flag(index, property::unique) ? "unique index " : "index ";
+    line += shown_name(index) + of + ' ' + key_terms(index);
+    if (flag(index, property::partial)) line += "  where " + shown_sql(text(index, property::condition));
+    return line;
 }
 
 std::string summary(const std::string& sql) { return shortened(printable(after_name(sql)), longest_sql); }
 
+std::string trigger_line(const kelm::object& trigger, const std::string& of) {
+    return "trigger " + shown_name(trigger) + of + "  " + summary(text(trigger, property::sql));
+}
+
 void print_triggers(std::ostream& out, const kelm::object& relation) {
     for (const kelm::object* trigger : parts(relation, type::trigger))
-        print_line(out, "  trigger " + shown_name(*trigger) + "  " + summary(text(*trigger, property::sql)));
+        print_line(out, "  " + trigger_line(*trigger, ""));
 }
 
 void print_table(std::ostream& out, const kelm::object& table) {
@@ -160,8 +153,11 @@ void print_table(std::ostream& out, const kelm::object& table) {
     print_columns(out, table);
     print_keys(out, table);
     for (const kelm::object* key : parts(table, type::foreign_key)) print_foreign_key(out, *key);
-    for (const kelm::object* index : parts(table, type::index)) print_index(out, *index);
+    for (const kelm::object* index : parts(table, type::index))
+        print_line(out, "  " + index_line(*index, ""));
     print_triggers(out, table);
+    for (const auto& [key, value] : user_values(table))
+        print_line(out, "  property " + user_value(key, value));
 }
 
 void print_view(std::ostream& out, const kelm::object& view) {
@@ -178,19 +174,38 @@ void print_counts(std::ostream& out, const kelm::object& root) {
     out << printable(name(root)) << ": " << list << '\n';
 }
 
+/// An index or a trigger, outside the block of its table.
+void print_part(std::ostream& out, const kelm::object& part) {
+    const std::string of = " on " + shown_name(*part.owner());
+    print_line(out, part.type() == type::index ? index_line(part, of) : trigger_line(part, of));
+}
+
+void print_listing(std::ostream& out, const listing& of_type) {
+    const bool is_relation = of_type.type == type::table || of_type.type == type::view;
+    if (!is_relation && !of_type.objects.empty()) out << '\n';
+    for (const kelm::object* each : of_type.objects) {
+        if (is_relation) out << '\n';
+        (is_relation ? print_relation : print_part)(out, *each);
+    }
+}
+
 } // namespace
 
-void print_tree(std::ostream& out, const kelm::object& root) {
+void print_tree(std::ostream& out, const kelm::object& root, const std::vector<listing>& shown) {
     print_counts(out, root);
-    if (!root.child_count(type::table)) out << "\nno tables\n";
-    for (const kelm::object* table : parts(root, type::table)) {
-        out << '\n';
-        print_table(out, *table);
+    print_definitions(out, root);
+    const bool no_tables = !root.child_count(type::table);
+    bool any = false;
+    for (const listing& of_type : shown) {
+        if (of_type.type == type::table && no_tables) out << "\nno tables\n";
+        print_listing(out, of_type);
+        any = any || !of_type.objects.empty() || (of_type.type == type::table && no_tables);
     }
-    for (const kelm::object* view : parts(root, type::view)) {
-        out << '\n';
-        print_view(out, *view);
-    }
+    if (!any) out << "\nnothing to show\n";
+}
+
+void print_relation(std::ostream& out, const kelm::object& relation) {
+    (relation.type() == type::view ? print_view : print_table)(out, relation);
 }
 
 } // namespace schema

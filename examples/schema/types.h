@@ -18,23 +18,27 @@ inline constexpr kelm::u32 index = 106;
 inline constexpr kelm::u32 key_column = 107;         ///< one term of a primary key, a unique key or an index
 inline constexpr kelm::u32 foreign_key_column = 108; ///< one pair of a foreign key
 inline constexpr kelm::u32 trigger = 109;
+inline constexpr kelm::u32 domain =
+    110; ///< columns inherit its type, its default and whether they may be null
 } // namespace type
 
 /// Properties, beside the Name and the Definition that every object may have.  A flag that does not hold, and a
 /// text that there is not, are simply not set.
 namespace property {
 // tables, views, indexes, triggers
-inline constexpr kelm::u32 sql = 100;     ///< the statement that made it
-inline constexpr kelm::u32 problem = 101; ///< why the columns are unknown
+inline constexpr kelm::u32 sql = 100;           ///< the statement that made it
+inline constexpr kelm::u32 problem = 101;       ///< why the columns are unknown
+inline constexpr kelm::u32 file_position = 102; ///< where the database lists it
 // tables
 inline constexpr kelm::u32 without_rowid = 110;
 inline constexpr kelm::u32 strict = 111;
 inline constexpr kelm::u32 is_virtual = 112;
 inline constexpr kelm::u32 shadow = 113; ///< keeps the content of a virtual table
-// columns
+// columns, domains
 inline constexpr kelm::u32 declared_type = 120;
 inline constexpr kelm::u32 not_null = 121;
 inline constexpr kelm::u32 default_value = 122;
+// columns
 inline constexpr kelm::u32 generated = 123; ///< "virtual" or "stored"
 inline constexpr kelm::u32 hidden = 124;
 inline constexpr kelm::u32 autoincrement = 125;

@@ -8,14 +8,19 @@
 #include <kelm/object_helpers.h>
 #include <kelm/property.h>
 
-#include <stdexcept>
-
 namespace schema {
 
 namespace {
 
 void set(kelm::object& what, kelm::u32 property, const kelm::abstract_property& value) {
-    if (!what.set_property(property, value)) throw std::runtime_error("the model refused a value");
+    if (!what.set_property(property, value)) throw model_refusal("the model refused a value");
+}
+
+template <class T>
+void set_vector(kelm::object& what, kelm::u32 property, const std::vector<T>& values) {
+    kelm::vector_property list;
+    for (const T& value : values) list.elements.push_back(new kelm::property<T>(value)); // the list owns it
+    set(what, property, list);
 }
 
 template <class T>
@@ -29,7 +34,7 @@ T value_or(const kelm::object& what, kelm::u32 property, T otherwise) {
 
 kelm::object& add(kelm::object& owner, kelm::u32 type) {
     kelm::object* made = kelm::framework::instance().create_object(type, &owner);
-    if (!made) throw std::runtime_error("the model refused an object");
+    if (!made) throw model_refusal("the model refused an object");
     return *made;
 }
 
@@ -43,10 +48,37 @@ void set_text(kelm::object& what, kelm::u32 property, const std::string& text) {
     set(what, property, kelm::property<std::string>(text));
 }
 
+void set_number(kelm::object& what, kelm::u32 property, int number) {
+    set(what, property, kelm::property<int>(number));
+}
+
 void set_flag(kelm::object& what, kelm::u32 property) { set(what, property, kelm::property<bool>(true)); }
 
 void set_target(kelm::object& what, kelm::u32 property, kelm::object& target) {
     set(what, property, kelm::property<kelm::object*>(&target));
+}
+
+void set_list(kelm::object& what, kelm::u32 property, const std::vector<std::string>& texts) {
+    set_vector(what, property, texts);
+}
+
+void set_list(kelm::object& what, kelm::u32 property, const std::vector<kelm::u32>& numbers) {
+    set_vector(what, property, numbers);
+}
+
+void inherit_only(kelm::object& what, kelm::object& base) {
+    if (what.inherits_from(&base, false)) return;
+    if (!what.cancel_all_inherits_from() || !what.add_inherits_from(&base))
+        throw model_refusal("the model refused a base");
+}
+
+void clear(kelm::object& what, kelm::u32 property) {
+    if (!what.delete_property(property)) throw model_refusal("the model refused to take a value away");
+}
+
+void remove(kelm::object& what) {
+    if (!kelm::framework::instance().delete_object(&what))
+        throw model_refusal("the model refused to delete an object");
 }
 
 bool has(const kelm::object& what, kelm::u32 property) { return what.has_property(property); }
@@ -54,6 +86,8 @@ bool has(const kelm::object& what, kelm::u32 property) { return what.has_propert
 std::string text(const kelm::object& what, kelm::u32 property) {
     return value_or<std::string>(what, property, {});
 }
+
+int number(const kelm::object& what, kelm::u32 property) { return value_or(what, property, 0); }
 
 bool flag(const kelm::object& what, kelm::u32 property) { return value_or(what, property, false); }
 

@@ -27,9 +27,15 @@ struct KELM_EXPORT io_reference_manager {
     io_reference_manager() = default;
     io_reference_manager(const io_reference_manager&) = delete;
     io_reference_manager& operator=(const io_reference_manager&) = delete;
-    ~io_reference_manager() {
-        for (const auto* lists : {&inherits, &observers})
+    ~io_reference_manager() { clear(); }
+
+    /// Forgets everything.
+    void clear() {
+        for (auto* const lists : {&inherits, &observers}) {
             for (const auto& [id, list] : *lists) delete list;
+            lists->clear();
+        }
+        references.clear();
     }
 
     std::map<u32, std::vector<u32>*>
@@ -37,6 +43,11 @@ struct KELM_EXPORT io_reference_manager {
     std::map<u32, std::vector<u32>*> observers; ///< object id to the ids of its observers; lists are owned
     std::vector<reference_record> references;
 };
+
+/// Fills the references that have a target in `in`, and links those of objects; links bases and observers.  What has no
+/// counterpart stays null, or is left out.  The records stay.
+/// \returns true
+KELM_EXPORT bool resolve_refs_post_read(model* in, io_reference_manager& references);
 
 /// Where the log of a stream keeps a value that several messages share.
 struct value_position {

@@ -2,6 +2,7 @@
 // The parts can be had one by one.
 #pragma once
 
+#include <kelm/base64.h>
 #include <kelm/export.h>
 #include <kelm/filters.h>
 #include <kelm/framework.h>
@@ -25,3 +26,4 @@
 #include <kelm/subject.h>
 #include <kelm/transaction.h>
 #include <kelm/types.h>
+#include <kelm/xml_helpers.h>

@@ -3,7 +3,11 @@
 #pragma once
 
 #include <kelm/export.h>
+#include <kelm/io_references.h>
 #include <kelm/types.h>
+
+#include <iosfwd>
+#include <vector>
 
 namespace kelm {
 
@@ -12,6 +16,25 @@ class KELM_EXPORT message_history {
 public:
     virtual bool attach(observer* who) = 0;
     virtual bool detach(observer* who) = 0;
+    /// Writes one byte, 0 or 1; with history then the counts of the model and what write_messages() writes.
+    /// \param transaction_count  the newest so many top-level transactions; 0 stands for all
+    /// \param element            null: documents are not there yet, and an element writes nothing
+    virtual void write_history(std::ostream* out, bool with_history, u32 transaction_count,
+                               void* element) = 0;
+    /// Writes the objects that the range deleted, then its messages.
+    /// \param for_replay  leaves out what hooks did, and writes new values in full: read_transactions() can then
+    ///                    perform the log on another model.  The number of messages that is written counts them all.
+    virtual void write_messages(void* element, std::ostream* out, u32 transaction_count, bool for_replay) = 0;
+    /// Reads what write_messages() wrote.
+    /// \param element     null: documents are not there yet
+    /// \param messages    receives the messages; the caller owns them
+    /// \param references  receives what waits to be resolved
+    /// \param deleted     receives the deleted objects, which belong to `in`
+    /// \param replay      performs each message on `in` as soon as it has been read
+    /// \returns false when a replay failed; else true, also for a stream that ends early
+    static bool read_transactions(void* element, std::istream& in, std::vector<message*>& messages,
+                                  io_reference_manager& references, model* model, int version,
+                                  int minor_version, std::vector<object*>& deleted, bool replay);
     virtual ~message_history() = default;
 };
 

@@ -73,9 +73,21 @@ public:
     /// \returns the object with that id that is not deleted; null when there is none
     virtual object* find_object(const u32& id) const = 0;
 
+    /// Reads what write() wrote, into a model that has just been made.  No hooks run but read_newer_model_semantic and
+    /// post_model_load_semantic; post_load() is the application's to call.
+    /// \param element  null: documents are not there yet
+    /// \returns false for a version newer than that of the types, for a stream that ends early or tells what cannot be,
+    ///          and when a hook refused; what was read until then stays
     virtual bool read(std::istream* in, void* element) = 0;
+    /// Writes the model as a stream: docs/stream_format.md tells the fields.
+    /// \param with_history       so that undo goes on after reading
+    /// \param transaction_count  the newest so many top-level transactions; 0 stands for all
+    /// \param reset_modified     counts changes from here on
+    /// \param element            null: documents are not there yet
+    /// \returns false inside a transaction, with nothing written, and when the stream has failed
     virtual bool write(std::ostream* out, bool with_history, u32 transaction_count, bool reset_modified,
                        void* element) = 0;
+    /// The same, as another model: with a new model_id, and unmodified from here on.
     virtual bool save_as_new(std::ostream* out, bool with_history, u32 transaction_count, void* element) = 0;
 
     /// A new model_id; all zero when the system has no random bytes to give.

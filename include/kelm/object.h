@@ -149,7 +149,9 @@ public:
 
     /// Called for each object once a model has been read.
     virtual bool post_read() = 0;
-    /// Writes the object with its subtree to a stream, or into an element when one is given.
+    /// Writes the object with its subtree to a stream: docs/stream_format.md tells the fields.
+    /// \param element  null: documents are not there yet
+    /// \returns false when the stream has failed, or there is none
     virtual bool write(std::ostream* out, void* element) const = 0;
 
     virtual ~object() = default;

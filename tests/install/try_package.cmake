@@ -24,3 +24,15 @@ run(${CMAKE_COMMAND} -S ${outside} -B ${scratch}/build -G ${generator}
     ${where})
 run(${CMAKE_COMMAND} --build ${scratch}/build)
 run(${scratch}/build/outside)
+
+# The same program by what pkg-config tells of the install.
+if(pkg_config)
+    file(GLOB_RECURSE pc ${scratch}/prefix/kelm.pc)
+    get_filename_component(pc_dir ${pc} DIRECTORY)
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pc_dir} ${pkg_config} --cflags --libs kelm
+        OUTPUT_VARIABLE told OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(told UNIX_COMMAND "${told}")
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run(${compiler} ${flags} -std=c++20 ${outside}/main.cpp ${told} -o ${scratch}/by_pkg_config)
+endif()

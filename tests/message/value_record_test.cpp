@@ -12,14 +12,14 @@ class value_record : public record_world {
 protected:
     std::string bytes_of(const abstract_property* value, bool owned) {
         std::ostringstream out;
-        write_context to{out, positions, false};
+        write_context to{out, positions, false, a};
         write_message_value(value, owned, to);
         failed = !out;
         return hex(out.str());
     }
     void read_into(value_custody& out, const std::string& bytes, const value_place& where) {
         std::istringstream in{bytes};
-        read_context from{in, earlier, model, references, fixups, 8, 0};
+        read_context from{in, earlier, model, references, fixups, {8, 0}};
         read_message_value(out, *self, where, from);
         failed = !in;
     }

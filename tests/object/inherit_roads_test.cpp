@@ -2,7 +2,10 @@
 // What a single change of a list does is inherit_preview_test.
 #include "tests/object/inherit_lines.h"
 
+#include <algorithm>
 #include <functional>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace kelm::test {

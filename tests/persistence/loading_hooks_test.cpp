@@ -1,0 +1,113 @@
+// The hooks of models that take part in reading: those for a newer version, and those behind loading.
+// All other hooks stay silent while a model is read.
+#include "tests/persistence/stream_world.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kelm::test {
+namespace {
+
+/// What the hooks below do, and what they were told.
+struct loading {
+    static inline std::vector<std::string> told;
+    static inline bool answer = true;
+    static inline std::function<void(kelm::model*)> also;
+};
+
+template <u32 Id>
+class newer final : public read_newer_model_semantic {
+public:
+    u32 id() const override { return Id; }
+    bool do_it(u32 version, u32 minor_version) override {
+        loading::told.push_back("newer " + std::to_string(version) + "." + std::to_string(minor_version) +
+                                (framework::instance().in_semantic() ? " marked" : ""));
+        return loading::answer;
+    }
+};
+
+template <u32 Id>
+class loaded final : public post_model_load_semantic {
+public:
+    u32 id() const override { return Id; }
+    bool do_it(kelm::model* which, u32 version, u32 minor_version) override {
+        loading::told.push_back("loaded " + std::to_string(version) + "." + std::to_string(minor_version) +
+                                " with " + names_of(which->as_object()->children()) +
+                                (framework::instance().in_semantic() ? " marked" : ""));
+        if (loading::also) loading::also(which);
+        return loading::answer;
+    }
+};
+
+/// Hooks are of the process: they are entered once, before the models of the test are made.
+class with_loading_hooks {
+protected:
+    with_loading_hooks() {
+        static const bool done = [] {
+            meta_object* const type =
+                started_framework().application_meta_model()->find_meta_object(type_id::model);
+            return type->add_semantic(new newer<3100>) && type->add_semantic(new newer<3101>) &&
+                   type->add_semantic(new loaded<3102>) && type->add_semantic(new loaded<3103>);
+        }();
+        EXPECT_TRUE(done);
+        loading::told.clear();
+        loading::answer = true;
+    }
+    ~with_loading_hooks() {
+        loading::told.clear();
+        loading::answer = true;
+        loading::also = nullptr;
+    }
+};
+
+class loading_hooks : protected with_loading_hooks, public stream_world {};
+
+TEST_F(loading_hooks, run_once_the_objects_are_there) {
+    thing("a");
+    ASSERT_TRUE(load(saved()));
+    EXPECT_EQ(loading::told,
+              (std::vector<std::string>{"loaded 8.0 with a marked", "loaded 8.0 with a marked"}));
+    EXPECT_FALSE(fw.in_semantic());
+}
+
+TEST_F(loading_hooks, keeps_the_mark_and_the_objects_when_one_refuses) {
+    thing("a");
+    loading::answer = false;
+    EXPECT_FALSE(load(saved()));
+    EXPECT_EQ(loading::told.size(), 1U) << "the first refusal is the last word";
+    EXPECT_TRUE(fw.in_semantic());
+    EXPECT_EQ(names_of(copy->as_object()->children()), "a");
+    fw.set_in_semantic(false);
+}
+
+TEST_F(loading_hooks, are_all_asked_about_a_newer_version_which_is_refused_whatever_they_say) {
+    thing("a");
+    const std::string bytes = saved();
+    for (const bool answer : {true, false}) {
+        SCOPED_TRACE(answer);
+        loading::told.clear();
+        loading::answer = answer;
+        EXPECT_FALSE(load(bytes, newest_version - 1));
+        EXPECT_EQ(loading::told, (std::vector<std::string>{"newer 8.0 marked", "newer 8.0 marked"}));
+        EXPECT_FALSE(fw.in_semantic());
+    }
+}
+
+TEST_F(loading_hooks, may_change_the_model_and_leave_nothing_to_undo) {
+    thing("a");
+    loading::also = [](kelm::model* which) {
+        which->begin_transaction("mended");
+        which->as_object()->children().front()->set_property(props::text, text("mended"));
+        which->end_transaction();
+    };
+    ASSERT_TRUE(load(saved(true)));
+    EXPECT_EQ(as_text(copy->as_object()->children().front()->get_property(props::text)), "mended");
+    EXPECT_FALSE(copy->can_undo());
+    EXPECT_FALSE(copy->is_modified());
+}
+
+} // namespace
+} // namespace kelm::test

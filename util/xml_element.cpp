@@ -1,0 +1,129 @@
+// Elements through the DOM interfaces of Xerces-C, and text between its form and ours.
+// The only source that sees those interfaces; no documents are made here.
+#include "util/xml_element.h"
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#include <array>
+#include <memory>
+#include <type_traits>
+
+namespace kelm {
+
+namespace {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using xercesc::XMLPlatformUtils;
+using xercesc::XMLString;
+
+static_assert(std::is_same_v<XMLCh, char16_t>, "wide text is handed to Xerces-C as it is");
+
+DOMElement* dom(void* element) noexcept { return static_cast<DOMElement*>(element); }
+
+/// Gives a transcoded text back.
+struct release_text {
+    template <class Char>
+    void operator()(Char* text) const {
+        XMLString::release(&text, XMLPlatformUtils::fgMemoryManager);
+    }
+};
+
+using wide_copy = std::unique_ptr<XMLCh, release_text>;
+using narrow_copy = std::unique_ptr<char, release_text>;
+
+wide_copy wide(const std::string& text) {
+    return wide_copy{XMLString::transcode(text.c_str(), XMLPlatformUtils::fgMemoryManager)};
+}
+
+std::optional<std::string> narrow(const XMLCh* text) {
+    if (!text) return std::nullopt;
+    const narrow_copy copy{XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager)};
+    return copy.get();
+}
+
+/// A name in the form of the tree, on the stack: a document has many names, and they are short.
+class wide_name {
+public:
+    explicit wide_name(const char* name) {
+        XMLString::transcode(name ? name : "", units_.data(), longest, XMLPlatformUtils::fgMemoryManager);
+        // Kept: longer names are cut.  The call fills one unit more with them, and does not terminate it.
+        units_[longest] = 0;
+    }
+    [[nodiscard]] const XMLCh* get() const noexcept { return units_.data(); }
+
+private:
+    static constexpr std::size_t longest = 99;
+    std::array<XMLCh, longest + 2> units_{};
+};
+
+bool is_called(const DOMElement* element, const wide_name& name) {
+    return XMLString::equals(element->getNodeName(), name.get());
+}
+
+// Kept: the first child node speaks for the whole text: a comment in front of the text stands for it.
+const XMLCh* first_value(void* element) {
+    const DOMNode* first = element ? dom(element)->getFirstChild() : nullptr;
+    return first ? first->getNodeValue() : nullptr;
+}
+
+} // namespace
+
+xml_element xml_element::add(const char* name) const {
+    if (!element_) return xml_element{nullptr};
+    DOMElement* added = dom(element_)->getOwnerDocument()->createElement(wide_name{name}.get());
+    dom(element_)->appendChild(added);
+    return xml_element{added};
+}
+
+void* xml_element::add_text(const std::string& text) const {
+    if (!element_) return nullptr;
+    xercesc::DOMText* added = dom(element_)->getOwnerDocument()->createTextNode(wide(text).get());
+    dom(element_)->appendChild(added);
+    return added;
+}
+
+void xml_element::add_cdata(const std::u16string& text) const {
+    if (!element_) return;
+    dom(element_)->appendChild(dom(element_)->getOwnerDocument()->createCDATASection(text.c_str()));
+}
+
+void xml_element::set_attribute(const char* name, const std::string& value) const {
+    if (!element_) return;
+    xercesc::DOMAttr* attribute = dom(element_)->getOwnerDocument()->createAttribute(wide_name{name}.get());
+    attribute->setNodeValue(wide(value).get());
+    dom(element_)->setAttributeNode(attribute);
+}
+
+xml_element xml_element::first(const char* name) const {
+    if (!element_) return xml_element{nullptr};
+    const wide_name wanted{name};
+    DOMElement* child = dom(element_)->getFirstElementChild();
+    while (child && !is_called(child, wanted)) child = child->getNextElementSibling();
+    return xml_element{child};
+}
+
+void xml_element::append_children(const char* name, std::vector<void*>& out) const {
+    if (!element_) return;
+    const wide_name wanted{name};
+    for (DOMElement* child = dom(element_)->getFirstElementChild(); child;
+         child = child->getNextElementSibling())
+        if (is_called(child, wanted)) out.push_back(child);
+}
+
+std::optional<std::string> xml_element::attribute(const char* name) const {
+    if (!element_) return std::nullopt;
+    return narrow(dom(element_)->getAttribute(wide_name{name}.get()));
+}
+
+std::optional<std::string> xml_element::text() const { return narrow(first_value(element_)); }
+
+std::optional<std::u16string> xml_element::wide_text() const {
+    const XMLCh* text = first_value(element_);
+    if (!text) return std::nullopt;
+    return text;
+}
+
+} // namespace kelm
