@@ -14,20 +14,12 @@ std::string number(u32 position) { return std::to_string(static_cast<int>(positi
 
 } // namespace
 
-void child_add_message_impl::forward() {
-    if (child_) edit().insert_child(*child_, pos_);
-}
-
-void child_add_message_impl::backward() {
-    if (child_) edit().take_child(*child_);
-}
-
 void child_add_message_impl::inverse() {
-    tell_inverse<child_remove_message_impl>(&edit(), child_, std::size_t{pos_});
+    tell_inverse<child_remove_message_impl>(&edit(), child(), std::size_t{pos()});
 }
 
 std::string& child_add_message_impl::to_string(std::string& out) const {
-    return out = "Added " + type_and_path(child_) + " of " + type_and_path(object());
+    return out = "Added " + type_and_path(child()) + " of " + type_and_path(object());
 }
 
 bool child_pre_remove_message_impl::redo() {
@@ -40,20 +32,12 @@ std::string& child_pre_remove_message_impl::to_string(std::string& out) const {
     return out = "Pre Remove Child - " + type_and_path(child_) + " of " + type_and_path(object());
 }
 
-void child_remove_message_impl::forward() {
-    if (child_) edit().take_child(*child_);
-}
-
-void child_remove_message_impl::backward() {
-    if (child_ && pos_ != npos32) edit().insert_child(*child_, pos_); // npos32: it stood in no list
-}
-
 void child_remove_message_impl::inverse() {
-    tell_inverse<child_add_message_impl>(&edit(), child_, std::size_t{pos_});
+    tell_inverse<child_add_message_impl>(&edit(), child(), std::size_t{pos()});
 }
 
 std::string& child_remove_message_impl::to_string(std::string& out) const {
-    return out = "Remove Child - " + type_and_path_or_deleted(child_) + " from " +
+    return out = "Remove Child - " + type_and_path_or_deleted(child()) + " from " +
                  type_and_path_or_deleted(object());
 }
 

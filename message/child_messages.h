@@ -8,16 +8,16 @@
 
 namespace kelm {
 
-/// A child came.
-class child_add_message_impl final : public child_add_message, public reversible<child_add_message_impl> {
+/// Shared by a child that came and one that went: who, and its place in the run of its type.
+template <class Derived, class Face, u32 Type>
+class placed_child_message : public Face, public reversible<Derived> {
 public:
     static constexpr bool keeps_undone = false;
-    child_add_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
-        : reversible(message_type::child_add, owner), pos_(static_cast<u32>(pos)), child_(child) {}
+    placed_child_message(silent_edit* owner, kelm::object* child, std::size_t pos)
+        : reversible<Derived>(Type, owner), pos_(static_cast<u32>(pos)), child_(child) {}
 
-    kelm::object* child() const override { return child_; }
-    u32 pos() const override { return pos_; }
-    std::string& to_string(std::string& out) const override;
+    kelm::object* child() const final { return child_; }
+    u32 pos() const final { return pos_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -25,13 +25,42 @@ public:
         archive.number("pos", self.pos_);
     }
 
-    void forward();
-    void backward();
-    void inverse();
+protected:
+    void put_in() {
+        if (child_ && pos_ != npos32) this->edit().insert_child(*child_, pos_); // npos32: it stood in no list
+    }
+    void take_out() {
+        if (child_) this->edit().take_child(*child_);
+    }
 
 private:
     u32 pos_;
     kelm::object* child_;
+};
+
+/// A child came.
+class child_add_message_impl final
+    : public placed_child_message<child_add_message_impl, child_add_message, message_type::child_add> {
+public:
+    using placed_child_message::placed_child_message;
+
+    std::string& to_string(std::string& out) const override;
+    void forward() { put_in(); }
+    void backward() { take_out(); }
+    void inverse();
+};
+
+/// A child went.
+class child_remove_message_impl final
+    : public placed_child_message<child_remove_message_impl, child_remove_message,
+                                  message_type::child_remove> {
+public:
+    using placed_child_message::placed_child_message;
+
+    std::string& to_string(std::string& out) const override;
+    void forward() { take_out(); }
+    void backward() { put_in(); }
+    void inverse();
 };
 
 /// A child is about to be deleted.
@@ -52,33 +81,6 @@ public:
     }
 
 private:
-    kelm::object* child_;
-};
-
-/// A child went.
-class child_remove_message_impl final : public child_remove_message,
-                                        public reversible<child_remove_message_impl> {
-public:
-    static constexpr bool keeps_undone = false;
-    child_remove_message_impl(silent_edit* owner, kelm::object* child, std::size_t pos)
-        : reversible(message_type::child_remove, owner), pos_(static_cast<u32>(pos)), child_(child) {}
-
-    kelm::object* child() const override { return child_; }
-    u32 pos() const override { return pos_; }
-    std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("child_id", self.child_);
-        archive.number("pos", self.pos_);
-    }
-
-    void forward();
-    void backward();
-    void inverse();
-
-private:
-    u32 pos_;
     kelm::object* child_;
 };
 

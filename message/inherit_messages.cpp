@@ -18,52 +18,28 @@ std::string link_text(const char* what, const message_impl& said, const object* 
 
 } // namespace
 
-void inherits_add_message_impl::forward() {
-    if (base_ && !is_repeated_) edit().insert_base(*base_, pos_);
-}
-
-void inherits_add_message_impl::backward() {
-    if (base_ && !is_repeated_) edit().take_base(*base_, pos_);
-}
-
 void inherits_add_message_impl::inverse() {
-    tell_inverse<inherits_cancel_message_impl>(&edit(), base_, std::size_t{pos_});
+    tell_inverse<inherits_cancel_message_impl>(&edit(), inherits_from(), std::size_t{place()});
 }
 
 std::string& inherits_add_message_impl::to_string(std::string& out) const {
-    return out = link_text("Add Inherits - ", *this, base_);
-}
-
-void inherits_cancel_message_impl::forward() {
-    if (base_) edit().take_base(*base_, pos_);
-}
-
-void inherits_cancel_message_impl::backward() {
-    if (base_) edit().insert_base(*base_, pos_);
+    return out = link_text("Add Inherits - ", *this, inherits_from());
 }
 
 void inherits_cancel_message_impl::inverse() {
-    tell_inverse<inherits_add_message_impl>(&edit(), base_, std::size_t{pos_});
+    tell_inverse<inherits_add_message_impl>(&edit(), inherits_from(), std::size_t{place()});
 }
 
 std::string& inherits_cancel_message_impl::to_string(std::string& out) const {
-    return out = link_text("Cancel Inherits - ", *this, base_);
-}
-
-void inherits_insert_message_impl::forward() {
-    if (base_) edit().insert_base(*base_, pos_);
-}
-
-void inherits_insert_message_impl::backward() {
-    if (base_) edit().take_base(*base_, pos_);
+    return out = link_text("Cancel Inherits - ", *this, inherits_from());
 }
 
 void inherits_insert_message_impl::inverse() {
-    tell_inverse<inherits_cancel_message_impl>(&edit(), base_, std::size_t{pos_});
+    tell_inverse<inherits_cancel_message_impl>(&edit(), inherits_from(), std::size_t{place()});
 }
 
 std::string& inherits_insert_message_impl::to_string(std::string& out) const {
-    return out = link_text("Insert Inherits - ", *this, base_);
+    return out = link_text("Insert Inherits - ", *this, inherits_from());
 }
 
 void inherits_from_order_message_impl::forward() {

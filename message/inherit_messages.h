@@ -42,92 +42,91 @@ private:
     }
 };
 
+/// Shared by a base that came and one that went: who, and its place in the list.
+template <class Derived, class Face, u32 Type>
+class placed_base_message : public relinking<Derived>, public Face {
+public:
+    placed_base_message(silent_edit* about, kelm::object* base, std::size_t pos)
+        : relinking<Derived>(Type, about), place_(static_cast<u32>(pos)), base_(base) {}
+
+    kelm::object* inherits_from() const final { return base_; }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.object_id("inherits_from", self.base_);
+        archive.number("pos", self.place_);
+    }
+
+protected:
+    u32 place() const { return place_; }
+    void put_in() {
+        if (base_) this->edit().insert_base(*base_, place_);
+    }
+    void take_out() {
+        if (base_) this->edit().take_base(*base_, place_);
+    }
+
+private:
+    u32 place_;
+    kelm::object* base_;
+};
+
 /// A base came, as the last.
-class inherits_add_message_impl final : public relinking<inherits_add_message_impl>,
-                                        public inherits_add_message {
+class inherits_add_message_impl final
+    : public placed_base_message<inherits_add_message_impl, inherits_add_message,
+                                 message_type::inherits_add> {
 public:
     static constexpr bool loses_forward = false;
     static constexpr bool loses_backward = true;
     /// \param is_repeated  the base was in the list before: undo and redo leave it there, and tell all the same
     inherits_add_message_impl(silent_edit* about, kelm::object* base, std::size_t pos,
                               bool is_repeated = false)
-        : relinking(message_type::inherits_add, about),
-          pos_(static_cast<u32>(pos)),
-          is_repeated_(is_repeated),
-          base_(base) {}
-
-    kelm::object* inherits_from() const override { return base_; }
-    std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("inherits_from", self.base_);
-        archive.number("pos", self.pos_);
+        : placed_base_message(about, base, pos) {
+        set_mark(is_repeated);
     }
 
-    void forward();
-    void backward();
+    std::string& to_string(std::string& out) const override;
+    void forward() {
+        if (!is_repeated()) put_in();
+    }
+    void backward() {
+        if (!is_repeated()) take_out();
+    }
     void inverse();
 
 private:
-    u32 pos_;
-    bool is_repeated_;
-    kelm::object* base_;
+    bool is_repeated() const { return mark(); }
 };
 
 /// A base went.
-class inherits_cancel_message_impl final : public relinking<inherits_cancel_message_impl>,
-                                           public inherits_cancel_message {
+class inherits_cancel_message_impl final
+    : public placed_base_message<inherits_cancel_message_impl, inherits_cancel_message,
+                                 message_type::inherits_cancel> {
 public:
     static constexpr bool loses_forward = true;
     static constexpr bool loses_backward = false;
-    inherits_cancel_message_impl(silent_edit* about, kelm::object* base, std::size_t pos)
-        : relinking(message_type::inherits_cancel, about), pos_(static_cast<u32>(pos)), base_(base) {}
+    using placed_base_message::placed_base_message;
 
-    kelm::object* inherits_from() const override { return base_; }
     std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("inherits_from", self.base_);
-        archive.number("pos", self.pos_);
-    }
-
-    void forward();
-    void backward();
+    void forward() { take_out(); }
+    void backward() { put_in(); }
     void inverse();
-
-private:
-    u32 pos_;
-    kelm::object* base_;
 };
 
 /// A base came, at a place.
-class inherits_insert_message_impl final : public relinking<inherits_insert_message_impl>,
-                                           public inherits_insert_message {
+class inherits_insert_message_impl final
+    : public placed_base_message<inherits_insert_message_impl, inherits_insert_message,
+                                 message_type::inherits_insert> {
 public:
     static constexpr bool loses_forward = false;
     static constexpr bool loses_backward = true;
-    inherits_insert_message_impl(silent_edit* about, kelm::object* base, std::size_t pos)
-        : relinking(message_type::inherits_insert, about), pos_(static_cast<u32>(pos)), base_(base) {}
+    using placed_base_message::placed_base_message;
 
-    kelm::object* inherits_from() const override { return base_; }
-    u32 pos() const override { return pos_; }
+    u32 pos() const override { return place(); }
     std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("inherits_from", self.base_);
-        archive.number("pos", self.pos_);
-    }
-
-    void forward();
-    void backward();
+    void forward() { put_in(); }
+    void backward() { take_out(); }
     void inverse();
-
-private:
-    u32 pos_;
-    kelm::object* base_;
 };
 
 /// A base changed its place.

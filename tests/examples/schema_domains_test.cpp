@@ -64,19 +64,9 @@ TEST_F(editing, each_edit_of_a_domain_is_one_undo) {
     each_is_one_undo({"add domain c INT", "add domain c INT DEFAULT 1 NOT NULL"});
     run_all({"add domain a INT NOT NULL", "add domain b REAL", "use domain a for lonely.only",
              "type column lonely.only BLOB"});
-    const std::string before = all();
-    for (const char* line : {"use domain a for lonely.only", "use domain b for lonely.only", "drop domain b",
-                             "type domain a REAL", "use domain a for person.id", "drop column pet.\"a b\"",
-                             "rename column lonely.only sole", "drop table lonely"}) {
-        SCOPED_TRACE(line);
-        run(line);
-        const std::string after = all();
-        run("undo");
-        EXPECT_EQ(all(), before);
-        run("redo");
-        EXPECT_EQ(all(), after);
-        run("undo");
-    }
+    each_comes_back({"use domain a for lonely.only", "use domain b for lonely.only", "drop domain b",
+                     "type domain a REAL", "use domain a for person.id", "drop column pet.\"a b\"",
+                     "rename column lonely.only sole", "drop table lonely"});
 }
 
 TEST_F(editing, a_wrong_line_about_domains_says_why_and_changes_nothing) {

@@ -134,6 +134,22 @@ protected:
         }
     }
 
+    /// The same where edits have gone before.
+    void each_comes_back(std::initializer_list<const char*> lines) {
+        const std::string before = all();
+        for (const char* line : lines) {
+            SCOPED_TRACE(line);
+            run(line);
+            const std::string after = all();
+            EXPECT_NE(after, before);
+            run("undo");
+            EXPECT_EQ(all(), before);
+            run("redo");
+            EXPECT_EQ(all(), after);
+            run("undo");
+        }
+    }
+
     /// \param steps  how many edits there are by now
     void all_comes_back(std::size_t steps, const std::string& before) {
         const std::string after = all();

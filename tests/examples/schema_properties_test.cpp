@@ -74,18 +74,8 @@ TEST_F(editing, each_edit_of_a_property_is_one_undo) {
                       "define property p on table choices (a, b) default b",
                       "define property p on column default b choices (a, b)"});
     run_all({"define property p on table, column choices (a, b)", "set property p of pet to a"});
-    const std::string before = all();
-    for (const char* line : {"set property p of pet to b", "set property p of pet.kind to a",
-                             "clear property p of pet", "drop property p", "define property q on table"}) {
-        SCOPED_TRACE(line);
-        run(line);
-        const std::string after = all();
-        run("undo");
-        EXPECT_EQ(all(), before);
-        run("redo");
-        EXPECT_EQ(all(), after);
-        run("undo");
-    }
+    each_comes_back({"set property p of pet to b", "set property p of pet.kind to a",
+                     "clear property p of pet", "drop property p", "define property q on table"});
 }
 
 TEST_F(editing, a_wrong_line_about_properties_says_why_and_changes_nothing) {

@@ -7,12 +7,28 @@
 #include <kelm/transaction.h>
 
 #include <cstdlib>
+#include <functional>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
 using namespace kelm;
 using namespace kelm::udp_world;
+
+struct way_to_end {
+    const char* why;
+    std::function<bool()> edit;
+};
+
+/// What makes a definition incomplete, and with it ends its properties.
+std::vector<way_to_end> ways_to_end(object* definition) {
+    return {
+        {"the name is deleted", [=] { return definition->delete_property(property_id::name); }},
+        {"the types are deleted", [=] { return definition->delete_property(property_id::udp_object_types); }},
+        {"the definition is deleted", [=] { return framework::instance().delete_object(definition); }},
+    };
+}
 
 // Removing
 
@@ -49,19 +65,10 @@ TEST_F(user_defined_properties, values_far_down_the_tree_are_deleted_as_well) {
 }
 
 TEST_F(user_defined_properties, without_a_name_types_or_definition_the_property_goes) {
-    const struct {
-        const char* why;
-        std::function<bool()> edit;
-    } rows[] = {
-        {"the name is deleted", [&] { return definition_->delete_property(property_id::name); }},
-        {"the types are deleted",
-         [&] { return definition_->delete_property(property_id::udp_object_types); }},
-        {"the definition is deleted", [&] { return framework::instance().delete_object(definition_); }},
-    };
     define("Owner", {table_type, column_type});
     object* const table = make(table_type);
     ASSERT_TRUE(set(table, first_id, text("Ann")));
-    for (const auto& row : rows) {
+    for (const auto& row : ways_to_end(definition_)) {
         SCOPED_TRACE(row.why);
         EXPECT_TRUE(change(row.edit));
         EXPECT_EQ(made_on(table_type), nullptr);
@@ -91,19 +98,10 @@ TEST_F(user_defined_properties, removing_a_type_without_the_property_is_refused)
 }
 
 TEST_F(user_defined_properties, what_the_application_declared_stays_when_a_definition_of_that_name_goes) {
-    const struct {
-        const char* why;
-        std::function<bool()> edit;
-    } rows[] = {
-        {"the name is deleted", [&] { return definition_->delete_property(property_id::name); }},
-        {"the types are deleted",
-         [&] { return definition_->delete_property(property_id::udp_object_types); }},
-        {"the definition is deleted", [&] { return framework::instance().delete_object(definition_); }},
-    };
     define("Colour", {column_type, table_type});
     object* const column = make(column_type);
     ASSERT_TRUE(set(column, colour_property, text("red")));
-    for (const auto& row : rows) {
+    for (const auto& row : ways_to_end(definition_)) {
         SCOPED_TRACE(row.why);
         EXPECT_TRUE(change(row.edit));
         EXPECT_TRUE(type(column_type)->has_property(colour_property));
