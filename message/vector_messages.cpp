@@ -166,8 +166,14 @@ void element_position_vec_prop_message_impl::forward() {
     if (moved_) edit().move_element(property_type(), wide(old_pos_), wide(new_pos_));
 }
 
+bool element_position_vec_prop_message_impl::was_moved() const {
+    if (!moved_ || !mark()) return moved_;
+    const auto* const list = exact_cast<vector_property>(edit().own_value(property_type()));
+    return list && old_pos_ < list->elements.size();
+}
+
 void element_position_vec_prop_message_impl::backward() {
-    if (moved_) edit().move_element(property_type(), wide(new_pos_), wide(old_pos_));
+    if (was_moved()) edit().move_element(property_type(), wide(new_pos_), wide(old_pos_));
 }
 
 void element_position_vec_prop_message_impl::inverse() {

@@ -160,6 +160,7 @@ public:
         owner_fields(self, archive);
         archive.number("old_pos", self.old_pos_);
         archive.number("new_pos", self.new_pos_);
+        if constexpr (Archive::reads) self.set_mark(true);
     }
 
     void forward();
@@ -167,6 +168,9 @@ public:
     void inverse();
 
 private:
+    /// A stream does not tell whether there was an element to move.  One that would come from behind the end did not.
+    bool was_moved() const;
+
     u32 old_pos_;
     u32 new_pos_;
     bool moved_;

@@ -254,6 +254,17 @@ TEST_F(property_record, moved_element) {
     expect_same_again(said);
 }
 
+// An element that was not there was not moved: undo must not take another one away.
+TEST_F(property_record, move_of_nothing_takes_nothing_when_it_was_read_and_is_undone) {
+    give_list(a, {1, 2, 3});
+    auto& said = after([&] { return a->move_vector_element(props::list, 3, 2); });
+    const auto again = read(12, a, written(said));
+    again->undo();
+    EXPECT_EQ(a->get_property(props::list)->to_string(), "1, 2, 3");
+    again->redo();
+    EXPECT_EQ(a->get_property(props::list)->to_string(), "1, 2, 3");
+}
+
 TEST_F(property_record, not_inheritable_mark) {
     auto& said = after([&] { return a->set_property_not_inheritable(props::text, true); });
     expect_bytes(said, stored_fields{}.word(props::text).byte(1));

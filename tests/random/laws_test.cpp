@@ -39,6 +39,12 @@ TEST(laws, hold_in_histories_with_user_defined_properties) {
     hold_laws({.bases = true, .definitions = true});
 }
 
+// A stream says all, and what is read from it goes back and forth like what was written.
+
+TEST(laws, of_streams_hold_in_histories_of_values_and_trees) { hold_laws({.stored = true}); }
+
+TEST(laws, of_streams_hold_in_histories_with_bases) { hold_laws({.bases = true, .stored = true}); }
+
 // What is heard of a model equals what is there.  Where messages cannot tell, see `shadow_model` and `random_run`.
 
 TEST(laws, of_what_is_heard_hold_in_histories_of_values_and_trees) { hold_laws({.shadowed = true}); }

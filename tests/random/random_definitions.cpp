@@ -21,12 +21,12 @@ std::string code_of_ids(const vector_property& list) {
 } // namespace
 
 /// \returns a text of the objects and of the user-defined properties of the types that have any
-std::string random_run::state() const {
+std::string random_run::state_of(kelm::model& of_model) const {
     std::ostringstream out;
-    out << dump_of(*model_);
+    out << dump_of(of_model);
     if (!mix_.definitions) return out.str();
     for (const u32 type : defined_for) {
-        const meta_object* const of = model_->meta_model()->find_meta_object(type);
+        const meta_object* const of = of_model.meta_model()->find_meta_object(type);
         if (!of) continue;
         std::vector<meta_property*> all = of->properties();
         std::ranges::sort(all, {}, [](const meta_property* each) { return each->id(); });

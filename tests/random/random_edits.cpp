@@ -115,9 +115,11 @@ std::unique_ptr<abstract_property> random_run::value(bool may_be_list) {
     switch (numbers_.below(may_be_list ? 7 : 6)) {
     case 0: return std::make_unique<property<std::string>>(std::string(numbers_.below(40), 'x'));
     case 1: return std::make_unique<property<int>>(number);
-    case 2: return std::make_unique<property<double>>(std::numeric_limits<double>::quiet_NaN());
+    case 2:
+        return std::make_unique<property<double>>(mix_.stored ? 1.5
+                                                              : std::numeric_limits<double>::quiet_NaN());
     case 3:
-    case 4: return std::make_unique<property<object*>>(one_in(6) ? nullptr : any());
+    case 4: return std::make_unique<property<object*>>(one_in(6) && !mix_.stored ? nullptr : any());
     case 5: return std::make_unique<counted_value>(number);
     default: break;
     }
@@ -216,6 +218,7 @@ void random_run::edit_tree() {
         return;
     }
     case 3:
+        if (mix_.stored) return;
         note(name_of(owner) + "->remove_child(" + name_of(what) + ")");
         owner->remove_child(what);
         return;
@@ -242,6 +245,7 @@ u32 random_run::any_value_id() {
 void random_run::edit_value() {
     object* const what = any();
     const u32 id = any_value_id();
+    if (mix_.stored && !has_declared(*what, id)) return;
     const std::string call = name_of(what) + "->";
     const std::string number = std::to_string(id);
     if (one_in(4)) {
@@ -266,6 +270,7 @@ void random_run::edit_value() {
 
 void random_run::edit_element() {
     object* const what = any();
+    if (mix_.stored && !has_declared(*what, props::list)) return;
     const auto list = what->get_own_property(props::list);
     const auto* const elements = dynamic_cast<const vector_property*>(list.get());
     if (!elements && !one_in(10)) {
@@ -318,7 +323,7 @@ void random_run::edit_base() {
     case 0:
     case 1:
     case 2:
-        if (mix_.shadowed && what->inherits_from(base, false)) return;
+        if ((mix_.shadowed || mix_.stored) && what->inherits_from(base, false)) return;
         note(call + "add_inherits_from(" + name_of(base) + ")");
         what->add_inherits_from(base);
         return;

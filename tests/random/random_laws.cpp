@@ -102,6 +102,7 @@ void random_run::roll_last_back() {
 
 void random_run::finish() {
     while (!levels_.empty() && failure_.empty()) end();
+    if (mix_.stored && failure_.empty()) check_stored();
     while (model_->can_undo() && failure_.empty()) undo();
     while (model_->can_redo() && failure_.empty()) redo();
 }

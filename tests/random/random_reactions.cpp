@@ -85,10 +85,12 @@ bool random_run::change_besides(object& what, const std::string& who) {
     case 4: {
         const auto reference = property<object*>{any()};
         if (reference.value->state() != state::normal) return true;
+        if (mix_.stored && !has_declared(what, props::reference)) return true;
         note(call + "set_property(" + std::to_string(props::reference) + ", " + code_of(reference) + ")");
         return what.set_property(props::reference, reference);
     }
     default:
+        if (mix_.stored && !has_declared(what, props::real)) return true;
         note(call + "set_property(" + std::to_string(props::real) + ", " + code_of(number) + ")");
         return what.set_property(props::real, number);
     }

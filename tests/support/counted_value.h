@@ -2,6 +2,9 @@
 // When a value is freed is the business of the messages and objects that hold it.
 #pragma once
 
+#include "util/bytes.h"
+
+#include <kelm/framework.h>
 #include <kelm/property.h>
 
 #include <string>
@@ -13,6 +16,13 @@ namespace kelm::test {
 class counted_value final : public abstract_property {
 public:
     static inline long alive = 0;
+
+    /// Makes it a kind that streams know; does nothing when that has been done.
+    static void enter() {
+        framework::instance().register_data_type(
+            700100, typeid(counted_value), []() -> abstract_property* { return new counted_value(0); },
+            "Counted");
+    }
 
     explicit counted_value(int initial) : value_(initial) { ++alive; }
     counted_value(const counted_value& other) : abstract_property(other), value_(other.value_) { ++alive; }
@@ -26,8 +36,10 @@ public:
     std::string to_string() const override { return "counted " + std::to_string(value_); }
     void to_string(std::string& out) const override { out = to_string(); }
     void from_string(const std::string&) override {}
-    void write(std::ostream&) const override {}
-    void read(std::istream&, std::vector<reference_record>&, object*) override {}
+    void write(std::ostream& out) const override { put_u32(out, static_cast<u32>(value_)); }
+    void read(std::istream& in, std::vector<reference_record>&, object*) override {
+        value_ = static_cast<int>(get_u32(in));
+    }
 
 private:
     int value_;

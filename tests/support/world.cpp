@@ -75,9 +75,11 @@ void dump_object(std::ostream& out, object& of) {
     std::vector<u32> marks = of.not_inheritable_properties();
     std::ranges::sort(marks);
     for (const u32 id : marks) out << "  not inheritable " << id << '\n';
+    std::vector<u32> observers; // their list is in the order of addresses, which differs from model to model
     for (observer* who : of.observers())
-        if (const auto* const watching = dynamic_cast<object*>(who))
-            out << "  observer " << watching->id() << '\n';
+        if (const auto* const watching = dynamic_cast<object*>(who)) observers.push_back(watching->id());
+    std::ranges::sort(observers);
+    for (const u32 id : observers) out << "  observer " << id << '\n';
 }
 
 } // namespace
