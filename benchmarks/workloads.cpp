@@ -1,16 +1,13 @@
 // The common workloads at several sizes: a line of JSON a measurement.
 // Each figure is the median of five runs after a warm-up, in a process of its own, and verified.
+#include "measuring.h"
 #include "workload_tree.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <set>
 #include <string>
@@ -21,42 +18,7 @@ namespace {
 
 using namespace workload;
 
-constexpr std::size_t runs = 5;
 constexpr std::size_t renames = 100'000;
-
-[[noreturn]] void fail(const char* what) {
-    std::fprintf(stderr, "workloads: %s\n", what);
-    std::_Exit(1);
-}
-
-double seconds_of(const std::function<void()>& work) {
-    const auto from = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - from).count();
-}
-
-double median(std::array<double, runs> figures) {
-    std::ranges::sort(figures);
-    return figures[runs / 2];
-}
-
-std::size_t resident_bytes() {
-    std::ifstream in("/proc/self/statm");
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    in >> total >> resident;
-    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
-
-void print(const char* name, std::size_t n, double seconds, double bytes_per_object = -1) {
-    std::printf(R"({"workload":"%s","n":%zu,"seconds":%.6f)", name, n, seconds);
-    if (bytes_per_object >= 0)
-        std::printf(R"(,"bytes_per_object":%.0f})", bytes_per_object);
-    else
-        std::printf(R"(,"bytes_per_object":null})");
-    std::printf("\n");
-    std::fflush(stdout);
-}
 
 void verify_tree(const tree& built) {
     std::vector<kelm::u32> ids;
@@ -75,13 +37,13 @@ void measure_build(std::size_t wanted) {
         static_cast<double>(resident_bytes() - before - n * sizeof(void*)) / static_cast<double>(n);
     verify_tree(built);
     close(built);
-    std::array<double, runs> figures{};
-    for (double& figure : figures) {
+    figures measured{};
+    for (double& figure : measured) {
         figure = seconds_of([&] { built = build(wanted); });
         verify_tree(built);
         close(built);
     }
-    print("W1", n, median(figures), bytes);
+    print("W1", n, median(measured), bytes);
 }
 
 /// Reads every name ten times, an owned copy each.
@@ -97,12 +59,12 @@ void measure_reads(std::size_t wanted) {
         return characters;
     };
     const std::size_t expected = read_all();
-    std::array<double, runs> figures{};
-    for (double& figure : figures)
+    figures measured{};
+    for (double& figure : measured)
         figure = seconds_of([&] {
             if (read_all() != expected) fail("a name was read differently");
         });
-    print("W4", built.objects.size(), median(figures));
+    print("W4", built.objects.size(), median(measured));
     close(built);
 }
 
@@ -151,9 +113,9 @@ void verify_former(const renaming& plan) {
 void measure_renames(std::size_t wanted) {
     tree built = build(wanted);
     const renaming plan = plan_renaming(built);
-    std::array<double, runs> done{};
-    std::array<double, runs> undone{};
-    std::array<double, runs> redone{};
+    figures done{};
+    figures undone{};
+    figures redone{};
     for (std::size_t run = 0; run != runs + 1; ++run) { // the first is the warm-up, and overwritten
         const std::size_t at = run == 0 ? 0 : run - 1;
         built.model->clear_history();
@@ -232,8 +194,8 @@ void measure_deletion(std::size_t wanted) {
     const std::size_t objects = object_count(built);
     const std::size_t references = reference_count(built);
     const loss lost = expected_loss(built, packages);
-    std::array<double, runs> deleted{};
-    std::array<double, runs> undone{};
+    figures deleted{};
+    figures undone{};
     for (std::size_t run = 0; run != runs + 1; ++run) { // the first is the warm-up, and overwritten
         const std::size_t at = run == 0 ? 0 : run - 1;
         built.model->clear_history();
@@ -277,6 +239,9 @@ int main(int argc, char** argv) {
         in_own_process([&] { measure_build(n); });
         in_own_process([&] { measure_renames(n); });
         in_own_process([&] { measure_reads(n); });
+        in_own_process([&] { measure_stream(n); });
+        in_own_process([&] { measure_document(n); });
+        in_own_process([&] { measure_stored_history(n); });
         in_own_process([&] { measure_deletion(n); });
     }
 }

@@ -3,10 +3,19 @@
 #include "util/free_list.h"
 
 #include <kelm/property.h>
+#include <kelm/xml_helpers.h>
 
 namespace kelm {
 
 void abstract_property::merge(abstract_property*) {}
+
+void abstract_property::write_xml(void* element, u32) const {
+    if (const std::string text = to_string(); !text.empty()) add_xml_text(element, text);
+}
+
+void abstract_property::read_xml(void* element, u32, std::vector<reference_record>&, object*) {
+    if (std::string text; get_xml_text(element, text, false)) from_string(text);
+}
 
 void* abstract_property::operator new(std::size_t size) { return allocate_pooled(size); }
 

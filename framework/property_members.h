@@ -16,6 +16,11 @@ namespace kelm {
 ///     static void parse(value&, const std::string& text)
 ///     static void write(value, std::ostream& out)
 ///     static void read(property<T>& box, std::istream& in, references, holder)
+///
+/// and, where a document has not the text form,
+///
+///     static void write_xml(value, void* element, u32 id)
+///     static void read_xml(property<T>& box, void* element, u32 id, references, holder)
 template <class T>
 struct value_rules;
 
@@ -46,6 +51,27 @@ void property<T>::to_string(std::string& out) const {
 template <class T>
 void property<T>::from_string(const std::string& text) {
     value_rules<T>::parse(value, text);
+}
+
+template <class T>
+concept has_document_form_of_its_own = requires(const stored_value<T>& value, void* element) {
+    value_rules<T>::write_xml(value, element, u32{});
+};
+
+template <class T>
+void property<T>::write_xml(void* element, u32 id) const {
+    if constexpr (has_document_form_of_its_own<T>)
+        value_rules<T>::write_xml(value, element, id);
+    else
+        abstract_property::write_xml(element, id);
+}
+
+template <class T>
+void property<T>::read_xml(void* element, u32 id, std::vector<reference_record>& references, object* holder) {
+    if constexpr (has_document_form_of_its_own<T>)
+        value_rules<T>::read_xml(*this, element, id, references, holder);
+    else
+        abstract_property::read_xml(element, id, references, holder);
 }
 
 template <class T>

@@ -8,6 +8,7 @@
 #include <kelm/model.h>
 #include <kelm/object.h>
 #include <kelm/object_helpers.h>
+#include <kelm/xml_helpers.h>
 
 #include <istream>
 #include <ostream>
@@ -41,6 +42,18 @@ struct value_rules<object*> {
         box.value = nullptr;
         const u32 id = get_u32(in);
         if (in) references.push_back({&box, id, holder});
+    }
+
+    /// A null reference has no text, and reads as the id 0, which nobody has.
+    static void write_xml(const object* target, void* element, u32) {
+        if (target) add_xml_text(element, static_cast<long long>(target->id()));
+    }
+    static void read_xml(property<object*>& box, void* element, u32,
+                         std::vector<reference_record>& references, object* holder) {
+        box.value = nullptr;
+        unsigned long id = 0;
+        get_xml_text(element, id);
+        references.push_back({&box, static_cast<u32>(id), holder});
     }
 };
 

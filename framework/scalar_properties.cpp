@@ -5,6 +5,10 @@
 #include "util/bytes.h"
 #include "util/text.h"
 
+#include <kelm/framework.h>
+#include <kelm/qdxml.h>
+#include <kelm/xml_helpers.h>
+
 #include <bit>
 #include <cmath>
 #include <istream>
@@ -137,6 +141,18 @@ struct value_rules<std::string> : apart_from_other_kinds {
     static void write(const std::string& value, std::ostream& out) { put_string(out, value); }
     static void read(property<std::string>& box, std::istream& in, references&, object*) {
         box.value = get_string(in);
+    }
+
+    /// Texts of the properties that the application names are escaped; without a handler none are.
+    static bool is_escaped(u32 id) {
+        const qdxml* const handler = framework::instance().xml_handler();
+        return handler && handler->needs_xml_processing(id);
+    }
+    static void write_xml(const std::string& value, void* element, u32 id) {
+        if (!value.empty()) add_xml_text(element, is_escaped(id) ? process_xml_data(value) : value);
+    }
+    static void read_xml(property<std::string>& box, void* element, u32 id, references&, object*) {
+        get_xml_text(element, box.value, is_escaped(id));
     }
 };
 

@@ -4,10 +4,12 @@
 #include "framework/stored_value.h"
 #include "framework/values.h"
 #include "util/bytes.h"
+#include "util/document_state.h"
 #include "util/text.h"
 
 #include <kelm/property.h>
 #include <kelm/string_helpers.h>
+#include <kelm/xml_helpers.h>
 
 #include <algorithm>
 #include <istream>
@@ -90,6 +92,27 @@ void vector_property::from_string(const std::string& text) {
         if (!element) continue;
         element->from_string(fields[0]);
         append(elements, std::move(element));
+    }
+}
+
+void vector_property::write_xml(void* element, u32 id) const {
+    const document_part part;
+    const document_level level;
+    if (document_pass::has_failed()) return;
+    for (const abstract_property* each : elements)
+        if (each) put_stored_value(add_xml_elem(element, "elem"), each, id);
+}
+
+void vector_property::read_xml(void* element, u32 id, std::vector<reference_record>& references,
+                               object* holder) {
+    delete_all(elements);
+    const document_part part;
+    const document_level level;
+    std::vector<void*> children;
+    get_child_elems_by_name(element, "elem", children);
+    for (void* child : children) {
+        if (document_pass::has_failed()) return;
+        if (auto each = get_stored_value(child, id, references, holder)) append(elements, std::move(each));
     }
 }
 

@@ -1,7 +1,8 @@
-// The forms of the fields of messages: each archive has the same verbs, so that a message names its fields once.
+// The forms of the fields of messages: to the verbs of all records they add objects, types and shared values.
 // The fields themselves, and their order, are told by the messages.
 #pragma once
 
+#include "framework/field_archives.h"
 #include "message/value_record.h"
 
 #include <kelm/meta_model.h>
@@ -11,33 +12,33 @@
 
 namespace kelm {
 
-/// Little-endian fields, without names.
-class binary_writer {
+/// Writes a message's fields, over the form of fields `Form`.
+template <class Form>
+class message_writer : public Form {
 public:
-    static constexpr bool reads = false;
+    message_writer(const Form& form, write_context& to) : Form(form), to_(to) {}
 
-    explicit binary_writer(write_context& to) : to_(to) {}
-
-    void number(const char* name, u32 value);
-    /// A number that a document has as an attribute.
-    void attribute(const char* name, u32 value) { number(name, value); }
-    void flag(const char* name, bool value);
-    void text(const char* name, const std::string& value);
     /// The id as a number; 0 for null.
-    void object_id(const char* name, kelm::object* value);
-    void meta_type(const char* name, meta_object* value);
-    void value(const value_custody& value, bool owned, const value_place&) {
-        write_message_value(value.get(), owned, to_);
+    void object_id(const char* name, const kelm::object* value) {
+        this->number(name, value ? value->id() : 0);
+    }
+    void meta_type(const char* name, const meta_object* value) {
+        this->number(name, value ? value->id() : 0);
+    }
+    void value(const value_custody& value, bool owned, const value_place& where) {
+        write_message_value(value.get(), owned, where.property_id, *this, to_.positions);
     }
     /// Fields that a document puts into an element of their own; left out there when not `wanted`.
     template <class Fields>
-    void inside(const char*, bool /*wanted*/, Fields&& fields) {
-        fields();
+    void inside(const char* name, bool wanted, Fields&& fields) {
+        if (Form::is_document && !wanted) return;
+        message_writer inner{Form::inner(name), to_};
+        fields(inner);
     }
     /// Fields that older streams lack.
     template <class Fields>
     void since(int version, int minor_version, Fields&& fields) {
-        kelm::model* const in = to_.about ? to_.about->model() : nullptr;
+        kelm::model* const in = to_.about && !Form::is_document ? to_.about->model() : nullptr;
         if (!in || version_of(*in).stores(version, minor_version)) fields();
     }
 
@@ -48,39 +49,46 @@ private:
     write_context& to_;
 };
 
-/// Reads what binary_writer wrote.  At the end of the stream fields stay as they are.
-class binary_reader {
+/// Reads what message_writer wrote.  What is missing leaves its field as it is.
+template <class Form>
+class message_reader : public Form {
 public:
-    static constexpr bool reads = true;
+    message_reader(const Form& form, read_context& from, message& self)
+        : Form(form), from_(from), self_(self) {}
 
-    binary_reader(read_context& from, message& self) : from_(from), self_(self) {}
-
-    void number(const char* name, u32& value);
-    void attribute(const char* name, u32& value) { number(name, value); }
-    void flag(const char* name, bool& value);
-    void text(const char* name, std::string& value);
     /// Null for an id that nobody has.
-    void object_id(const char* name, kelm::object*& value);
-    void meta_type(const char* name, meta_object*& value);
+    void object_id(const char* name, kelm::object*& value) {
+        if (const auto id = id_of(name)) value = from_.object(*id);
+    }
+    void meta_type(const char* name, meta_object*& value) {
+        if (const auto id = id_of(name)) value = from_.meta_type(*id);
+    }
     void value(value_custody& value, bool /*owned*/, const value_place& where) {
-        read_message_value(value, self_, where, from_);
+        read_message_value(value, self_, where, *this, from_);
     }
     template <class Fields>
-    void inside(const char*, bool /*wanted*/, Fields&& fields) {
-        fields();
+    void inside(const char* name, bool /*wanted*/, Fields&& fields) {
+        message_reader inner{Form::inner(name), from_, self_};
+        fields(inner);
     }
     template <class Fields>
     void since(int version, int minor_version, Fields&& fields) {
-        if (from_.version.is_at_least(version, minor_version)) fields();
+        if (Form::is_document || from_.version.is_at_least(version, minor_version)) fields();
     }
 
     static constexpr bool for_replay() { return false; }
     /// \returns the observer side of an object; null for 0, and for an id that nobody has
-    kelm::observer* observer(u32 id) const;
-    /// The messages read before this one, the newest last.
-    const std::vector<message*>& earlier() const { return from_.earlier; }
+    kelm::observer* observer(u32 id) const { return message_cast<kelm::observer>(from_.object(id)); }
+    /// \returns the newest begin of a transaction of that id among the messages read before; null when there is none
+    message* newest_begin(u32 id) const { return find_newest_begin(id, from_); }
 
 private:
+    std::optional<u32> id_of(const char* name) {
+        u32 id = 0;
+        this->number(name, id);
+        return this->good() ? std::optional{id} : std::nullopt;
+    }
+
     read_context& from_;
     message& self_;
 };

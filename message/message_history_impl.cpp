@@ -3,6 +3,7 @@
 #include "message/message_history_impl.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelm {
 
@@ -76,11 +77,24 @@ void message_history_impl::drop(std::unique_ptr<message_impl> what) { graveyard_
 // Values, and what objects watch, may be of an application's own kinds: freeing them runs its code, which may change
 // the model and so drop more.
 void message_history_impl::empty_graveyard() {
-    for (std::size_t i = 0; i != graveyard_.size(); ++i) {
-        const std::unique_ptr<message_impl> dead = std::move(graveyard_[i]);
-        dead->release_values();
+    while (!graveyard_.empty()) {
+        for (std::size_t i = 0; i != graveyard_.size(); ++i) {
+            const std::unique_ptr<message_impl> dead = std::move(graveyard_[i]);
+            bury(*dead);
+        }
+        graveyard_.clear();
+        if (read_count_ == 0) std::exchange(kept_values_, {}).clear();
     }
-    graveyard_.clear();
+}
+
+void message_history_impl::bury(message_impl& dead) {
+    if (dead.was_read()) {
+        --read_count_;
+        for (const int index : {0, 1})
+            if (value_custody* const held = dead.custody(index))
+                if (auto value = held->hand_over()) kept_values_.push_back(std::move(value));
+    }
+    dead.release_values();
 }
 
 void message_history_impl::clear_undone() {
@@ -96,8 +110,12 @@ void message_history_impl::clear() {
 }
 
 void message_history_impl::adopt(std::vector<message*>& read) {
-    for (message* each : read)
-        messages_.push_back(std::unique_ptr<message_impl>{message_cast<message_impl>(each)});
+    for (message* each : read) {
+        std::unique_ptr<message_impl> what{message_cast<message_impl>(each)};
+        what->set_was_read();
+        messages_.push_back(std::move(what));
+    }
+    read_count_ += read.size();
     read.clear();
 }
 

@@ -25,6 +25,8 @@ public:
     void write_history(std::ostream* out, bool with_history, u32 transaction_count, void* element) override;
     void write_messages(void* element, std::ostream* out, u32 transaction_count, bool for_replay) override;
     /// Takes over, as what was done, messages that a reader has made; there is nothing else in the log.
+    /// Such messages may know each other's values, whatever the order in which they go: what one of them owns outlives
+    /// it until the last of them has gone.
     void adopt(std::vector<message*>& read);
 
     /// Appends a message and ends the possibility of redo.
@@ -94,6 +96,7 @@ private:
     bool close_level(tran_end_message_impl& end);
     void drop(std::unique_ptr<message_impl> what);
     void empty_graveyard();
+    void bury(message_impl& dead);
     std::unique_ptr<message_impl> undo_back_to(u32 level);
     void tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed);
 
@@ -101,6 +104,8 @@ private:
     messages messages_;                                    // the undo side, oldest first
     messages undone_messages_;                             // the redo side; the next to redo is the last
     std::vector<std::unique_ptr<message_impl>> graveyard_; // dropped while in use
+    std::vector<std::unique_ptr<abstract_property>> kept_values_; // of messages that were read, and are gone
+    std::size_t read_count_ = 0;                                  // messages that were read, and are not gone
     u32 max_undo_levels_ = npos32;
     int undone_count_ = 0;
     int current_level_ = -1;

@@ -46,6 +46,9 @@ public:
     /// Speaks of `about` from now on; used while inheritors are told.
     void set_object(silent_edit* about) { object_ = about; }
     void set_user_created(bool created) { user_created_ = created; }
+    /// \returns whether the history has it from a stream
+    bool was_read() const { return was_read_; }
+    void set_was_read() { was_read_ = true; }
 
 protected:
     /// Tells the observers of the object that this is no first run.
@@ -73,6 +76,7 @@ private:
     bool undone_ : 1 = false;
     bool user_created_ : 1;
     bool mark_ : 1 = false;
+    bool was_read_ : 1 = false;
 };
 
 } // namespace kelm

@@ -2,8 +2,6 @@
 // The history decides what is stored.
 #include "message/transaction_messages.h"
 
-#include <algorithm>
-
 namespace kelm {
 
 tran_begin_message_impl::tran_begin_message_impl(silent_edit* model, u32 id, std::string name)
@@ -41,14 +39,9 @@ std::string& tran_end_message_impl::to_string(std::string& out) const {
     return out = " End Transaction - " + (partner_ ? partner_->name() : std::string{});
 }
 
-void tran_end_message_impl::find_begin(u32 id, const std::vector<message*>& earlier) {
-    const auto is_it = [id](message* each) {
-        if (each->type() != message_type::tran_begin) return false;
-        return message_cast<tran_begin_message_impl>(each)->id() == id;
-    };
-    const auto found = std::find_if(earlier.rbegin(), earlier.rend(), is_it);
-    if (found == earlier.rend()) return;
-    partner_ = message_cast<tran_begin_message_impl>(*found);
+void tran_end_message_impl::join(message* begin) {
+    if (!begin) return;
+    partner_ = message_cast<tran_begin_message_impl>(begin);
     if (auto* const former = partner_->partner()) former->partner_ = nullptr;
     partner_->set_partner(this);
 }

@@ -32,7 +32,7 @@ public:
     static void fields(Self& self, Archive& archive) {
         archive.number("level", self.level_);
         archive.attribute("id", self.id_);
-        archive.text("name", self.name_);
+        archive.name("name", self.name_);
     }
 
 private:
@@ -73,13 +73,13 @@ public:
             archive.number("processed_state", self.processed_state_);
             archive.text("processed_err_msg", self.processed_err_msg_);
         });
-        if constexpr (Archive::reads) self.find_begin(begin_id, archive.earlier());
+        if constexpr (Archive::reads) self.join(archive.newest_begin(begin_id));
     }
 
 private:
-    /// Links the newest begin of that id; with none there is no partner.  An earlier end of that begin loses it, since
-    /// a begin can let go of one end only.
-    void find_begin(u32 id, const std::vector<message*>& earlier);
+    /// Links a begin; null stands for none.  An earlier end of that begin loses it, since a begin can let go of one end
+    /// only.
+    void join(message* begin);
 
     friend class tran_begin_message_impl; // tells a transient end
     tran_begin_message_impl* partner_ = nullptr;

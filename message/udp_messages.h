@@ -60,7 +60,7 @@ protected:
     template <class Self, class Archive>
     static void presence_fields(Self& self, Archive& archive) {
         property_fields(self, archive);
-        archive.text("udp_name", self.udp_name_);
+        archive.name("udp_name", self.udp_name_);
         archive.number("udp_class", self.udp_class_);
     }
 
@@ -144,8 +144,9 @@ public:
         property_fields(self, archive);
         archive.number("udp_att", self.udp_att_);
         archive.value(self.new_value_, true, {.index = 0, .source = self.object()});
-        archive.inside("old_att", self.old_value_.get() != nullptr,
-                       [&] { archive.value(self.old_value_, true, {.index = 1, .source = self.object()}); });
+        archive.inside("old_att", self.old_value_.get() != nullptr, [&](auto& inner) {
+            inner.value(self.old_value_, true, {.index = 1, .source = self.object()});
+        });
     }
 
 private:

@@ -67,7 +67,9 @@ void property_set_message_impl::forward() {
     if (!comes) return; // it stands in the object already
     auto left = edit().exchange_value(property_type(), std::move(comes));
     // Where nothing was to leave, something does only in a stream that no history has written: it is kept all the same.
-    if (left || had_own_value()) old_.take_back(std::move(left));
+    if (!left && !had_own_value()) return;
+    edit().keep_lost_value(old_.hand_over()); // a message of that stream may know it
+    old_.take_back(std::move(left));
 }
 
 void property_set_message_impl::backward() {

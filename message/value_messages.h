@@ -85,8 +85,8 @@ public:
         owner_fields(self, archive);
         archive.value(self.new_, archive.for_replay() || !done || self.is_refresh(), self.place(0));
         archive.object_id("old_owner", self.old_owner_);
-        archive.inside("old_prop", self.old_.get() != nullptr, [&] {
-            archive.value(self.old_, done || self.is_refresh(), self.place_in(self.old_owner_, 1));
+        archive.inside("old_prop", self.old_.get() != nullptr, [&](auto& inner) {
+            inner.value(self.old_, done || self.is_refresh(), self.place_in(self.old_owner_, 1));
         });
         refresh_field(self, archive);
     }

@@ -1,50 +1,34 @@
-// The stored form of one value of a message, in both directions.
+// What the stored form of one value of a message leans on: look-ups, and what values a log knows.
 // Filling what fixups and references wait for is the business of whoever reads the whole log.
 #include "message/value_record.h"
 
 #include "framework/data_types.h"
-#include "framework/stored_value.h"
 #include "framework/values.h"
-#include "util/bytes.h"
 
 #include <kelm/meta_model.h>
 #include <kelm/model.h>
 
 #include <algorithm>
-#include <istream>
 #include <iterator>
-#include <ostream>
 
 namespace kelm {
 
-namespace {
-
-void write_owned(const abstract_property& value, std::ostream& out) {
-    if (data_types::stream_code_of(&value) == data_type::none) return out.setstate(std::ios_base::failbit);
-    put_bool(out, true);
-    put_bool(out, true);
-    put_stored_value(out, &value);
+format_version version_of(kelm::model& of) {
+    return {static_cast<int>(of.meta_model()->version()), static_cast<int>(of.meta_model()->minor_version())};
 }
 
-void write_shared(const abstract_property* value, const value_position_map& positions, std::ostream& out) {
-    put_bool(out, true);
-    put_bool(out, false);
-    const auto found = positions.find(value);
-    if (found == positions.end()) return put_u32(out, npos32);
-    put_u32(out, found->second.msg_index);
-    put_u32(out, found->second.prop_index);
-    put_u32(out, found->second.prop_sub_index);
+kelm::object* read_context::object(u32 id) const {
+    return id != 0 && model ? model->find_object(id) : nullptr;
 }
 
-std::unique_ptr<abstract_property> read_owned(kelm::object* source, read_context& from) {
-    auto& records = from.references.references;
-    const std::size_t first = records.size();
-    auto value = get_stored_value(from.in, records, source);
-    for (std::size_t i = first; i != records.size(); ++i) records[i].from_message = true;
-    return value;
+kelm::meta_object* read_context::meta_type(u32 id) const {
+    return id != 0 && model ? model->meta_model()->find_meta_object(id) : nullptr;
 }
 
-/// \returns what the object itself holds at the place; null when it holds nothing there
+bool is_storable(const abstract_property& value) {
+    return data_types::stream_code_of(&value) != data_type::none;
+}
+
 abstract_property* held_by_source(const value_place& where) {
     abstract_property* const value =
         where.source ? edit_of(where.source)->own_value(where.property_id) : nullptr;
@@ -52,39 +36,21 @@ abstract_property* held_by_source(const value_place& where) {
     return where.sub_index == npos32 ? nullptr : resolve_value(value, static_cast<int>(where.sub_index));
 }
 
-void read_shared(value_custody& out, message& self, const value_place& where, read_context& from) {
-    value_position position{.msg_index = get_u32(from.in)};
-    if (!from.in) return;
-    if (position.msg_index == npos32) {
-        if (abstract_property* const found = held_by_source(where)) out.borrow(found);
-        return;
+void mark_as_of_message(io_reference_manager& references, std::size_t first) {
+    for (std::size_t i = first; i != references.references.size(); ++i)
+        references.references[i].from_message = true;
+}
+
+message* find_newest_begin(u32 id, const read_context& from) {
+    if (const auto* const known = from.references.newest_begins) {
+        const auto found = known->find(id);
+        return found == known->end() ? nullptr : found->second;
     }
-    position.prop_index = get_u32(from.in);
-    position.prop_sub_index = get_u32(from.in);
-    if (from.in) from.fixups[{&self, where.index}] = position;
-}
-
-} // namespace
-
-format_version version_of(kelm::model& of) {
-    return {static_cast<int>(of.meta_model()->version()), static_cast<int>(of.meta_model()->minor_version())};
-}
-
-void write_message_value(const abstract_property* value, bool owned, write_context& to) {
-    if (!value)
-        put_bool(to.out, false);
-    else if (owned)
-        write_owned(*value, to.out);
-    else
-        write_shared(value, to.positions, to.out);
-}
-
-void read_message_value(value_custody& out, message& self, const value_place& where, read_context& from) {
-    if (!get_bool(from.in)) return;
-    const bool owned = get_bool(from.in);
-    if (!from.in) return;
-    if (!owned) return read_shared(out, self, where, from);
-    if (auto value = read_owned(where.source, from)) out.take_back(std::move(value));
+    const auto found = std::find_if(from.earlier.rbegin(), from.earlier.rend(), [id](message* each) {
+        const auto* const begin = message_cast<tran_begin_message>(each);
+        return begin && begin->id() == id;
+    });
+    return found == from.earlier.rend() ? nullptr : *found;
 }
 
 void register_value(const abstract_property* value, value_position_map& positions, u32 msg_index,

@@ -55,7 +55,10 @@ void property_set_vec_prop_message_impl::swap_in(value_custody& comes, value_cus
     const abstract_property* const handed = element.get();
     edit().exchange_element(property_type(), wide(pos_), element);
     // An edit that did not fit gives the same element back: it stays with the side it came from.
-    (element.get() == handed ? comes : goes).take_back(std::move(element));
+    value_custody& into = element.get() == handed ? comes : goes;
+    edit().keep_lost_value(
+        into.hand_over()); // held only in a stream that no history has written: others may know it
+    into.take_back(std::move(element));
 }
 
 void property_set_vec_prop_message_impl::inverse() {

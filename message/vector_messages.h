@@ -36,7 +36,7 @@ public:
         owner_fields(self, archive);
         archive.number("pos", self.pos_);
         archive.value(self.new_, archive.for_replay() || !done, self.place(0, self.pos_));
-        archive.inside("old_prop", true, [&] { archive.value(self.old_, done, self.place(1)); });
+        archive.inside("old_prop", true, [&](auto& inner) { inner.value(self.old_, done, self.place(1)); });
     }
 
     void forward() { swap_in(new_, old_); }

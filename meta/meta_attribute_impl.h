@@ -30,6 +30,10 @@ public:
     void write(std::ostream& out) const;
 
 private:
+    /// The fields of the record in their order, for both directions.
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive);
+
     u32 id_ = 0;
     std::string name_;
     std::unique_ptr<abstract_property> default_;

@@ -54,10 +54,13 @@ public:
     /// Takes the first entry of `base` out; the last of them ends the observing.  Nothing happens for a stranger.
     virtual void remove_base(meta_base* base);
 
-    /// Reads what write() wrote into this thing.  A failure shows in the state of `in`; what came before it stays.
-    virtual void read(std::istream& in);
-    /// Writes the binary record: id, count, and for each own value the attribute, the data type code, the value.
-    virtual void write(std::ostream& out) const;
+    /// Reads what write() wrote into this thing, from the element when there is one.
+    /// \returns false when the stream has failed, and for an element with not exactly one "atts" below it; what came
+    ///          before stays
+    virtual bool read(std::istream* in, void* element);
+    /// Writes the id and the own values, to the element when there is one: docs/stream_format.md and
+    /// docs/document_format.md tell the fields.
+    virtual void write(std::ostream* out, void* element) const;
 
     const own_values& own_attributes() const { return attributes_; }
     /// \returns the direct bases in the order of adding
@@ -80,6 +83,11 @@ protected:
     virtual const abstract_property* search(u32 attribute, visited& been) const;
     /// \returns the text of an attribute; `fallback` when there is none
     std::string text_of(u32 attribute, const char* fallback) const;
+
+    /// The fields of the record in their order, for every form (meta_record.cpp).
+    /// \returns false when they could not be read
+    template <class Self, class Archive>
+    static bool fields(Self& self, Archive& archive);
 
 private:
     u32 id_;

@@ -18,20 +18,24 @@ public:
     bool is_user_defined() const override { return id() >= property_id::udp_multiline_value; }
 
     /// The record of meta_base, followed by the stored class.
-    void read(std::istream& in) override;
-    void write(std::ostream& out) const override;
+    bool read(std::istream* in, void* element) override;
+    void write(std::ostream* out, void* element) const override;
 
     /// \returns borrowed: the type that declares it; null as long as none does
     meta_object* owner() const { return owner_; }
     void set_owner(meta_object* type) { owner_ = type; }
 
 private:
+    /// Hides that of meta_base, which it begins with.
+    template <class Self, class Archive>
+    static bool fields(Self& self, Archive& archive);
+
     using meta_base::add_base;
     using meta_base::remove_base;
 
     meta_object* owner_ = nullptr;
     /// Kept: a field of the binary record alone.  property_class() is attribute 2, and nothing joins the two:
-    /// streams carry the field as they found it.
+    /// streams carry the field as they found it, and documents are not asked for it.
     u32 stored_class_ = 0;
 };
 

@@ -20,7 +20,6 @@ public:
 
     bool empty() const { return links_.empty(); }
     std::size_t size() const { return links_.size(); }
-    object_impl* front() const { return links_.front(); }
     const_iterator begin() const { return links_.begin(); }
     const_iterator end() const { return links_.end(); }
 

@@ -13,6 +13,18 @@ namespace kelm {
 
 namespace {
 
+/// \returns the objects among `all` by their ids, then the others.  Those who know an object are listed in the order of
+///          their addresses; a history must not be, or the same calls would not make the same one.
+template <class Listed>
+std::vector<Listed*> in_order_of_ids(std::vector<Listed*> all) {
+    const auto id = [](Listed* each) {
+        const auto* const listed = dynamic_cast<const object*>(each);
+        return listed ? listed->id() : npos32;
+    };
+    if (all.size() > 1) std::ranges::stable_sort(all, {}, id);
+    return all;
+}
+
 /// Records a message and tells the observers of the object it speaks of.
 template <class Message, class... Arguments>
 bool record_and_tell(object_impl& about, Arguments&&... arguments) {
@@ -112,19 +124,27 @@ private:
     }
 
     bool cancel_inheritors() {
-        while (self_.inheritor_links() && !self_.inheritor_links()->empty()) {
-            object_impl* const first = self_.inheritor_links()->front();
-            if (!first->cancel_inherits_from(&self_)) return false;
-            if (!self_.inheritor_links() || !self_.inheritor_links()->holds(first)) continue;
-            if (!first->is_deleted()) return false;
-            // Only a bad history links to the deleted.
-            first->take_base(self_, first->inherits_from_position(&self_));
-        }
+        while (self_.inheritor_links() && !self_.inheritor_links()->empty())
+            for (object* const each : in_order_of_ids(self_.inheritors()))
+                if (inherits(*impl_of(each)) && !cancel_inheritor(*impl_of(each))) return false;
+        return true;
+    }
+
+    bool inherits(object_impl& who) const {
+        return self_.inheritor_links() && self_.inheritor_links()->holds(&who);
+    }
+
+    bool cancel_inheritor(object_impl& who) {
+        if (!who.cancel_inherits_from(&self_)) return false;
+        if (!inherits(who)) return true;
+        if (!who.is_deleted()) return false;
+        // Only a bad history links to the deleted.
+        who.take_base(self_, who.inherits_from_position(&self_));
         return true;
     }
 
     bool leave_subjects() {
-        for (subject* const each : self_.subjects()) {
+        for (subject* const each : in_order_of_ids(self_.subjects())) {
             if (!each->is_attached(&self_)) continue;
             auto* const watched = dynamic_cast<object_impl*>(each);
             watched ? watched->detach(&self_) : each->detach(&self_);
@@ -143,7 +163,7 @@ private:
     }
 
     void detach_observers() {
-        for (observer* const who : self_.observers())
+        for (observer* const who : in_order_of_ids(self_.observers()))
             if (self_.is_attached(who)) self_.detach(who);
     }
 
@@ -165,7 +185,7 @@ private:
 
 bool deletion::clear_references() {
     if (!self_.references_to_this()) return true;
-    for (object* const each : self_.references_to_this()->distinct()) {
+    for (object* const each : in_order_of_ids(self_.references_to_this()->distinct())) {
         object_impl& referrer = *impl_of(each);
         if (still_refers(referrer) && !clear_references_of(referrer)) return false;
     }

@@ -1,10 +1,11 @@
-// The objects of a model by id: a table in three steps, since ids are dense and ascend.
+// The objects of a model by id: pages for ids that are dense, as ids of models are, and a tree for those far apart.
 // It owns nothing.
 #pragma once
 
 #include <kelm/types.h>
 
 #include <array>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -12,14 +13,14 @@ namespace kelm {
 
 class object_impl;
 
-/// Finding is two reads beyond the root; an id costs at most one leaf, whatever a hostile stream asks for.
+/// Finding is two reads for an id that has a page.  An id costs a few hundred bytes at most, whatever a stream asks for:
+/// the table of pages only grows with the number of ids.
 class id_map {
 public:
     object_impl* find(u32 id) const {
-        const std::size_t top = id >> 20;
-        if (top >= root_.size() || !root_[top]) return nullptr;
-        const auto& place = (*root_[top])[id >> 10 & 1023];
-        return place ? place->objects[id & 1023] : nullptr;
+        const std::size_t at = id / page_size;
+        if (at >= pages_.size()) return find_far(id);
+        return pages_[at] ? pages_[at]->objects[id % page_size] : nullptr;
     }
     /// \returns false, and nothing changes, when the id is taken
     bool enter(u32 id, object_impl* what);
@@ -31,24 +32,34 @@ public:
     template <class Visit>
     void for_each(Visit&& visit) const {
         std::size_t left = size_; // most models are small: behind the last id there is nothing to look at
-        for (std::size_t top = 0; left != 0 && top != root_.size(); ++top)
-            for (std::size_t mid = 0; root_[top] && left != 0 && mid != 1024; ++mid) {
-                const leaf* const ids = (*root_[top])[mid].get();
-                for (std::size_t low = 0; ids && left != 0 && low != 1024; ++low)
-                    if (object_impl* const there = ids->objects[low]) {
-                        --left;
-                        visit(static_cast<u32>(top << 20 | mid << 10 | low), there);
-                    }
+        for (std::size_t at = 0; left != 0 && at != pages_.size(); ++at) {
+            const page* const ids = pages_[at].get();
+            for (std::size_t low = 0; ids && left != 0 && low != page_size; ++low)
+                if (object_impl* const there = ids->objects[low]) {
+                    --left;
+                    visit(static_cast<u32>(at * page_size + low), there);
+                }
+        }
+        for (auto at = far_.begin(); left != 0 && at != far_.end(); ++at)
+            if (object_impl* const there = at->second) {
+                --left;
+                visit(at->first, there);
             }
     }
 
 private:
-    struct leaf {
-        std::array<object_impl*, 1024> objects{};
+    static constexpr std::size_t page_size = 32;
+    struct page {
+        std::array<object_impl*, page_size> objects{};
     };
-    using branch = std::array<std::unique_ptr<leaf>, 1024>;
 
-    std::vector<std::unique_ptr<branch>> root_; // as long as the highest id needs
+    object_impl* find_far(u32 id) const;
+    object_impl*& slot_of(u32 id);
+    object_impl*& slot_in_page(u32 id);
+    void make_room(std::size_t page_count);
+
+    std::vector<std::unique_ptr<page>> pages_;
+    std::map<u32, object_impl*> far_; // ids behind the last page
     std::size_t size_ = 0;
 };
 

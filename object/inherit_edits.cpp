@@ -4,6 +4,8 @@
 #include "object/object_impl.h"
 
 #include <algorithm>
+#include <set>
+#include <unordered_set>
 
 namespace kelm {
 
@@ -54,6 +56,18 @@ void object_impl::insert_base(object& base, std::size_t position) {
     enter_inheritor(what.inheritors_, this);
 }
 
+void object_impl::append_bases(const std::vector<object_impl*>& bases) {
+    std::unordered_set<const object_impl*> known;
+    if (inherits_from_) known.insert(inherits_from_->begin(), inherits_from_->end());
+    for (object_impl* const base : bases) {
+        if (!known.insert(base).second || base == this || base->model_ != model_ ||
+            inherits_in_turn(*base, *this))
+            continue;
+        insert_at(inherits_from_, base, inherits_from_ ? inherits_from_->size() : 0);
+        enter_inheritor(base->inheritors_, this);
+    }
+}
+
 void object_impl::take_base(object& base, std::size_t position) {
     object_impl& what = *impl_of(&base);
     const std::size_t place = place_of(inherits_from_, &what, position);
@@ -89,6 +103,14 @@ void object_impl::mark_not_inheritable(u32 id, bool flag) {
     }
     std::erase(*not_inheritable_, id);
     if (not_inheritable_->empty()) not_inheritable_.reset();
+}
+
+void object_impl::mark_not_inheritable(const std::vector<u32>& ids) {
+    if (ids.empty()) return;
+    if (!not_inheritable_) not_inheritable_ = std::make_unique<std::vector<u32>>();
+    std::set<u32> known{not_inheritable_->begin(), not_inheritable_->end()};
+    for (const u32 id : ids)
+        if (known.insert(id).second) not_inheritable_->push_back(id);
 }
 
 void object_impl::unlink_bases(bool whole_model) {

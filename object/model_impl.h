@@ -112,9 +112,13 @@ public:
     static bool is_alive(const kelm::model* which);
 
 private:
-    bool write_stream(std::ostream& out, bool with_history, u32 transaction_count);
-    bool read_stream(std::istream& in);
-    bool read_history(std::istream& in, const format_version& version);
+    // The archives are those of framework/field_archives.h.
+    template <class Archive>
+    bool write_to(Archive to);
+    template <class Archive>
+    bool read_from(Archive from);
+    template <class Archive>
+    bool read_history(Archive from, const format_version& version);
     void take_over_transaction_id();
 
     object_pool pool_; // first, so that it goes last

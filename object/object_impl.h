@@ -194,6 +194,12 @@ public:
     ///          it, and no circle would close
     bool may_inherit_from(const object_impl& base) const;
 
+    // For a reader: a stream may have long lists, and name one thing many times.
+    /// Adds those that can be put there, in order.
+    void append_bases(const std::vector<object_impl*>& bases);
+    /// Marks properties that are not marked yet, in order.
+    void mark_not_inheritable(const std::vector<u32>& ids);
+
     /// The name that the object keeps, see cache_names(); null until it has been given one.
     const std::string* cached_name() const { return cached_name_.get(); }
     void cache_name(const std::string& name);

@@ -1,121 +1,155 @@
-// A model's log back from its stream.
+// A model's log back from its stream or document.
 // Performing it on a live model is replay.
+#include "persistence/history_reader.h"
+
 #include "message/message_table.h"
+#include "message/read_elements.h"
 #include "object/model_impl.h"
+#include "persistence/history_fields.h"
 #include "persistence/object_record.h"
 #include "persistence/replay.h"
-#include "util/bytes.h"
 
 #include <kelm/framework.h>
 
 #include <istream>
-#include <limits>
-#include <unordered_set>
+#include <map>
 
 namespace kelm {
 
 namespace {
 
+binary_in::list open_deleted_objects(binary_in log) { return log.open("deleted_objs", "deleted_obj"); }
+
+// Kept: the objects stand in the list, and are looked for beside it: deleted objects of a document are not read.
+document_in::list open_deleted_objects(document_in log) {
+    return {log.inner("deleted_objs").is_there() ? log.element() : nullptr, "deleted_obj"};
+}
+
+/// \returns the messages; their number is npos32 in streams that do not tell it
+binary_in::list open_messages(binary_in log, const format_version& version) {
+    u32 transactions = 0; // nobody needs it
+    log.number(nullptr, transactions);
+    u32 count = npos32;
+    if (version.is_at_least(7, 6)) log.number(nullptr, count);
+    return {log, count};
+}
+
+document_in::list open_messages(document_in log, const format_version&) {
+    return log.open("transactions", "message");
+}
+
+/// \returns whether there are fewer messages than were announced
+bool is_at_end(const binary_in& item) { return item.stream()->peek() == std::istream::traits_type::eof(); }
+bool is_at_end(const document_in&) { return false; }
+
+template <class Archive>
 class history_reader {
 public:
-    history_reader(std::istream& in, std::vector<message*>& messages, io_reference_manager& references,
-                   model_impl& model, format_version version, std::vector<object*>& deleted)
-        : in_(in),
-          messages_(messages),
-          first_(messages.size()),
-          references_(references),
-          model_(model),
-          version_(version),
-          deleted_(deleted) {}
+    history_reader(Archive from, const log_target& into, format_version version)
+        : from_(from), into_(into), first_(into.messages.size()), version_(version) {
+        for (message* each : into_.messages) remember(*each);
+        into_.references.newest_begins = &begins_;
+    }
+    history_reader(const history_reader&) = delete;
+    history_reader& operator=(const history_reader&) = delete;
+    ~history_reader() { into_.references.newest_begins = nullptr; }
 
     void read_deleted_objects() {
         std::vector<std::pair<object_impl*, u32>> owners;
-        for (u32 left = get_u32(in_); left != 0 && in_; --left) {
-            const u32 owner = get_u32(in_);
-            const u32 type = get_u32(in_);
-            object_impl* const made = in_ ? make_stored_object(type, model_) : nullptr;
-            if (!made) return in_.setstate(std::ios_base::failbit);
+        auto items = open_deleted_objects(from_);
+        while (auto item = items.next()) {
+            deleted_frame frame;
+            deleted_frame::fields(frame, *item);
+            object_impl* const made = item->good() ? make_stored_object(frame.type, into_.model) : nullptr;
+            if (!made) return from_.fail();
             made->set_state(state::deleted);
-            deleted_.push_back(made);
-            owners.emplace_back(made, owner);
-            if (!read_object(*made, in_, references_)) return;
+            into_.deleted.push_back(made);
+            owners.emplace_back(made, frame.owner);
+            if (!read_object(*made, *item, into_.references)) return;
         }
         place_below_owners(owners);
     }
 
     /// \returns false when the replay of a message failed
     bool read_messages(bool replay) {
-        static_cast<void>(get_u32(in_)); // the number of transactions, which nobody needs
-        const bool counted = version_.is_at_least(7, 6);
-        const u32 count = counted ? get_u32(in_) : npos32;
-        for (u32 i = 0; i != count && in_; ++i) {
-            if (in_.peek() == std::istream::traits_type::eof()) {
+        auto items = open_messages(from_, version_);
+        while (auto item = items.next()) {
+            if (is_at_end(*item)) {
                 // A log for replay has fewer messages than it says, an old one does not say.
-                if (counted && !replay) in_.setstate(std::ios_base::failbit);
+                if (version_.is_at_least(7, 6) && !replay) from_.fail();
                 break;
             }
-            message_impl* const made = read_message();
+            message_impl* const made = read_message(*item);
             if (made && replay && !perform(*made)) return false;
         }
-        return true;
+        return from_.good() || !replay;
     }
 
     /// Gives messages the values that others hold.
     void share_values() {
-        for (std::size_t i = first_; i != messages_.size(); ++i) {
+        for (std::size_t i = first_; i != into_.messages.size(); ++i) {
             message_impl& at = impl_at(i);
             for (const int index : {0, 1}) {
-                if (const auto found = fixups_.find({messages_[i], index}); found != fixups_.end())
+                if (const auto found = fixups_.find({into_.messages[i], index}); found != fixups_.end())
                     take_shared(at, i, index, found->second);
                 own_if_needed(at, index);
             }
         }
+        find_read_elements(into_.messages, first_);
     }
 
 private:
-    message_impl& impl_at(std::size_t index) const { return *message_cast<message_impl>(messages_[index]); }
+    message_impl& impl_at(std::size_t index) const {
+        return *message_cast<message_impl>(into_.messages[index]);
+    }
 
     // Owners come second: one with a higher id has been read by then.
     void place_below_owners(const std::vector<std::pair<object_impl*, u32>>& owners) {
         for (const auto& [what, owner_id] : owners)
-            if (object* const owner = owner_id == 0 ? nullptr : model_.find_object(owner_id))
+            if (object* const owner = owner_id == 0 ? nullptr : into_.model.find_object(owner_id))
                 what->set_owner_field(owner);
     }
 
     /// \returns null for a number that no message has, and at the end of the stream
-    message_impl* read_message() {
-        const u32 code = get_u32(in_);
-        const u32 id = get_u32(in_);
-        const bool user_created = version_.is_at_least(7, 3) && get_bool(in_);
-        const message_row* const row = in_ ? message_row_of(code) : nullptr;
+    message_impl* read_message(Archive& item) {
+        message_frame frame;
+        message_frame::fields(frame, item, version_.is_at_least(7, 3));
+        const message_row* const row = item.good() ? message_row_of(frame.code) : nullptr;
         if (!row) return nullptr;
-        auto made = row->blank(edit_of(model_.find_object(id)));
-        made->set_user_created(user_created);
-        const std::size_t records = references_.references.size();
-        made->read(&in_, messages_, &model_, &references_, &fixups_, nullptr, version_.version,
-                   version_.minor_version);
-        if (!in_) { // it goes, and the records point into it
-            references_.references.resize(records);
+        auto made = row->blank(edit_of(into_.model.find_object(frame.object_id)));
+        made->set_user_created(frame.user_created);
+        auto& records = into_.references.references;
+        const std::size_t first = records.size();
+        made->read(item.stream(), into_.messages, &into_.model, &into_.references, &fixups_, item.element(),
+                   version_.version, version_.minor_version);
+        if (!item.good()) { // it goes, and the records point into it
+            records.resize(first);
             fixups_.erase({made.get(), 0});
             fixups_.erase({made.get(), 1});
             return nullptr;
         }
-        messages_.push_back(made.get());
+        into_.messages.push_back(made.get());
+        remember(*made);
         return made.release();
     }
 
+    void remember(message& what) {
+        if (const auto* const begin = message_cast<tran_begin_message>(&what))
+            begins_.insert_or_assign(begins_.end(), begin->id(), &what); // ids of an honest log ascend
+    }
+
     bool perform(message_impl& what) {
-        if (!resolve_refs_post_read(&model_, references_)) {
+        if (!resolve_refs_post_read(&into_.model, into_.references)) {
             framework::instance().log("resolve_refs_post_read - failed");
             return false;
         }
-        references_.clear();
-        return replay_message(what, model_);
+        into_.references.clear();
+        return replay_message(what, into_.model);
     }
 
     void take_shared(message_impl& into, std::size_t place, int index, const value_position& from) {
         const std::size_t source = first_ + from.msg_index;
-        if (source >= messages_.size()) return;
+        if (source >= into_.messages.size()) return;
         abstract_property* const value = impl_at(source).get_value(static_cast<int>(from.prop_index),
                                                                    static_cast<int>(from.prop_sub_index));
         if (!value) return;
@@ -133,29 +167,24 @@ private:
             held->take_back(clone(held->get()));
     }
 
-    std::istream& in_;
-    std::vector<message*>& messages_;
+    Archive from_;
+    const log_target& into_;
     std::size_t first_; // what was there before does not count
-    io_reference_manager& references_;
-    model_impl& model_;
     format_version version_;
-    std::vector<object*>& deleted_;
     value_fixup_map fixups_;
+    std::map<u32, message*> begins_; // the newest of each id, so that an end need not search
 };
 
 } // namespace
 
-bool message_history::read_transactions(void* element, std::istream& in, std::vector<message*>& messages,
-                                        io_reference_manager& references, kelm::model* into, int version,
-                                        int minor_version, std::vector<object*>& deleted, bool replay) {
+template <class Archive>
+bool read_log(Archive from, const log_target& into, format_version version, bool replay) {
     framework::instance().log("message_history::read_transactions");
-    if (!into || element) return false;
-    model_impl& model = *impl_of(into->as_object())->owning_model();
-    history_reader reader{in, messages, references, model, {version, minor_version}, deleted};
+    history_reader<Archive> reader{from, into, version};
     reader.read_deleted_objects();
     // In a replay the objects that are made anew need the ids of those that are gone.
     if (replay)
-        for (object* each : deleted) impl_of(each)->leave_id_map();
+        for (object* each : into.deleted) impl_of(each)->leave_id_map();
     if (!reader.read_messages(replay)) return false;
     if (replay) return true;
     reader.share_values();
@@ -163,21 +192,18 @@ bool message_history::read_transactions(void* element, std::istream& in, std::ve
     return true;
 }
 
-bool model_impl::read_history(std::istream& in, const format_version& version) {
-    if (!get_bool(in)) return !in.fail();
-    restore_transaction_id(get_u32(in));
-    history_.set_trans_executed(get_u32(in));
-    io_reference_manager references;
-    std::vector<message*> messages;
-    std::vector<object*> deleted;
-    message_history::read_transactions(nullptr, in, messages, references, this, version.version,
-                                       version.minor_version, deleted, false);
-    const bool whole = !in.fail();
-    if (whole) resolve_refs_post_read(this, references);
-    for (object* each : deleted) impl_of(each)->leave_id_map();
-    history_.adopt(messages);
-    if (!whole) clear_history();
-    return whole;
+template bool read_log(binary_in, const log_target&, format_version, bool);
+template bool read_log(document_in, const log_target&, format_version, bool);
+
+bool message_history::read_transactions(void* element, std::istream& in, std::vector<message*>& messages,
+                                        io_reference_manager& references, kelm::model* into, int version,
+                                        int minor_version, std::vector<object*>& deleted, bool replay) {
+    if (!into) return false;
+    const document_pass pass;
+    const log_target target{messages, references, *impl_of(into->as_object())->owning_model(), deleted};
+    const format_version stamp{version, minor_version};
+    return element ? read_log(document_in{element}, target, stamp, replay)
+                   : read_log(binary_in{in}, target, stamp, replay);
 }
 
 } // namespace kelm

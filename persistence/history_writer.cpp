@@ -1,13 +1,13 @@
-// A model's log into its stream: what was deleted, then what was done.  What was undone is not written.
+// A model's log into its stream or document: what was deleted, then what was done.  What was undone is not written.
 // The fields of a message are its own; reading back is history_reader.
 #include "message/lifetime_messages.h"
 #include "message/message_table.h"
 #include "object/model_impl.h"
+#include "persistence/history_fields.h"
 #include "persistence/object_record.h"
-#include "util/bytes.h"
 
 #include <map>
-#include <ostream>
+#include <optional>
 
 namespace kelm {
 
@@ -33,18 +33,37 @@ log_range range_of(const message_list& log, u32 count) {
     return range;
 }
 
+/// The messages of a range; null for a document that has no place for them.
+std::optional<binary_out::list> open_messages(binary_out log, std::size_t count, const log_range& range,
+                                              bool counted) {
+    log.number(nullptr, range.transactions);
+    if (counted) log.number(nullptr, static_cast<u32>(count));
+    return binary_out::list{log};
+}
+
+// Kept: only a log with a closed transaction gets a list; the messages of any other go to the stream.
+std::optional<document_out::list> open_messages(document_out log, std::size_t count, const log_range& range,
+                                                bool /*counted*/) {
+    if (range.transactions == 0) return std::nullopt;
+    return log.open("transactions", "message", count);
+}
+
 class history_writer {
 public:
-    history_writer(std::ostream& out, model_impl& model, const message_list& log, log_range range)
-        : out_(out), model_(model), log_(log), range_(range) {}
+    /// \param beside  where messages go that have no place in a document; may be null
+    history_writer(model_impl& model, const message_list& log, log_range range, bool for_replay,
+                   std::ostream* beside)
+        : model_(model), log_(log), range_(range), for_replay_(for_replay), beside_(beside) {}
 
-    void write(bool for_replay) {
+    template <class Archive>
+    void write(Archive to) {
         collect();
-        put_u32(out_, static_cast<u32>(deleted_.size()));
-        for (const auto& [id, object] : deleted_) write_deleted(*object);
-        put_u32(out_, range_.transactions);
-        if (is_stored(7, 6)) put_u32(out_, static_cast<u32>(log_.size() - range_.first));
-        for (std::size_t i = range_.first; i != log_.size(); ++i) write_message(*log_[i], for_replay);
+        auto objects = to.open("deleted_objs", "deleted_obj", deleted_.size());
+        for (const auto& [id, object] : deleted_) write_deleted(*object, objects.next());
+        if (auto items = open_messages(to, log_.size() - range_.first, range_, is_stored(7, 6)))
+            write_messages(*items);
+        else if (beside_)
+            write_messages(binary_out::list{binary_out{*beside_}});
     }
 
 private:
@@ -59,51 +78,78 @@ private:
         }
     }
 
-    void write_deleted(const object_impl& what) {
-        put_u32(out_, what.owner_object() ? what.owner_object()->id() : 0);
-        put_u32(out_, what.type());
-        write_object(what, out_);
+    template <class Archive>
+    void write_deleted(const object_impl& what, Archive to) {
+        const deleted_frame frame{what.owner_object() ? what.owner_object()->id() : 0, what.type()};
+        deleted_frame::fields(frame, to);
+        write_object(what, to);
     }
 
-    void write_message(const message_impl& what, bool for_replay) {
-        const bool brackets =
-            what.type() == message_type::tran_begin || what.type() == message_type::tran_end;
-        if (for_replay && !what.is_user_created() && !brackets) return;
-        put_u32(out_, stored_code(what));
-        put_u32(out_, what.object() ? what.object()->id() : 0);
-        if (is_stored(7, 3)) put_bool(out_, what.is_user_created());
-        what.write(&out_, positions_, nullptr, for_replay);
+    template <class List>
+    void write_messages(List items) {
+        for (std::size_t i = range_.first; i != log_.size(); ++i)
+            if (is_wanted(*log_[i])) write_message(*log_[i], items.next());
+    }
+
+    /// A replay needs what the user did; hooks will do the rest again.
+    bool is_wanted(const message_impl& what) const {
+        return !for_replay_ || what.is_user_created() || what.type() == message_type::tran_begin ||
+               what.type() == message_type::tran_end;
+    }
+
+    template <class Archive>
+    void write_message(const message_impl& what, Archive to) {
+        const message_frame frame{stored_code(what), what.object() ? what.object()->id() : 0,
+                                  what.is_user_created()};
+        message_frame::fields(frame, to, is_stored(7, 3));
+        what.write(to.stream(), positions_, to.element(), for_replay_);
     }
 
     bool is_stored(int version, int minor_version) const {
         return version_of(model_).stores(version, minor_version);
     }
 
-    std::ostream& out_;
     model_impl& model_;
     const message_list& log_;
     log_range range_;
+    bool for_replay_;
+    std::ostream* beside_;
     std::map<u32, const object_impl*> deleted_;
     value_position_map positions_;
 };
+
+/// \returns where the log goes; nothing when it goes nowhere
+template <class Archive>
+std::optional<Archive> open_history(Archive to, bool with_history, const history_counts& counts) {
+    to.present("message_history_impl", with_history);
+    if (!with_history) return std::nullopt;
+    Archive section = to.inner("message_history_impl");
+    history_counts::fields(counts, section);
+    return section;
+}
 
 } // namespace
 
 void message_history_impl::write_history(std::ostream* out, bool with_history, u32 transaction_count,
                                          void* element) {
-    if (!out || element) return;
-    put_bool(*out, with_history);
-    if (!with_history) return;
-    put_u32(*out, model_object_.model()->last_transaction_id());
-    put_u32(*out, trans_executed_);
-    write_messages(nullptr, out, transaction_count, false);
+    const history_counts counts{model_object_.model()->last_transaction_id(), trans_executed_};
+    if (element) {
+        if (const auto to = open_history(document_out{element}, with_history, counts))
+            write_messages(to->element(), out, transaction_count, false);
+    } else if (out) {
+        if (open_history(binary_out{*out}, with_history, counts))
+            write_messages(nullptr, out, transaction_count, false);
+    }
 }
 
 void message_history_impl::write_messages(void* element, std::ostream* out, u32 transaction_count,
                                           bool for_replay) {
-    if (!out || element) return;
     auto& model = *impl_of(&model_object_)->owning_model();
-    history_writer{*out, model, messages_, range_of(messages_, transaction_count)}.write(for_replay);
+    history_writer writer{model, messages_, range_of(messages_, transaction_count), for_replay, out};
+    if (element)
+        writer.write(document_out{element});
+    else if (out)
+        writer.write(binary_out{*out});
 }
 
 } // namespace kelm

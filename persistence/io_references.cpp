@@ -24,9 +24,10 @@ void link_bases(kelm::model& in, const io_reference_manager& from) {
     for (const auto& [id, bases] : from.inherits) {
         object_impl* const who = found(in, id);
         if (!who) continue;
+        std::vector<object_impl*> targets;
         for (const u32 base : *bases)
-            if (object_impl* const target = found(in, base))
-                who->insert_base(*target, who->bases() ? who->bases()->size() : 0);
+            if (object_impl* const target = found(in, base)) targets.push_back(target);
+        who->append_bases(targets);
     }
 }
 

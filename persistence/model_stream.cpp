@@ -1,67 +1,93 @@
-// A model as one stream: its identity, the properties of its types, its tree, and its history.
+// A model as one stream, or as one element of a document: its identity, the properties of its types, its tree, and its
+// history.
 // The sections are files of their own.
 #include "object/model_impl.h"
+#include "persistence/history_fields.h"
+#include "persistence/history_reader.h"
 #include "persistence/meta_section.h"
 #include "persistence/object_record.h"
-#include "util/bytes.h"
 
 #include <istream>
 #include <ostream>
 
 namespace kelm {
 
+namespace {
+
+struct model_header {
+    GUID id{};
+    u32 last_object = 0;
+    u32 last_udp = 0;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.identity("model_id", self.id);
+        archive.attribute("last_id", self.last_object);
+        archive.attribute("last_udp_id", self.last_udp);
+    }
+};
+
+} // namespace
+
 bool object_impl::write(std::ostream* out, void* element) const {
-    if (!out || element) return false;
-    write_object(*this, *out);
-    return !out->fail();
+    const document_pass pass;
+    if (element)
+        write_object(*this, document_out{element});
+    else if (out)
+        write_object(*this, binary_out{*out});
+    return element ? !document_pass::has_failed() : out && !out->fail();
 }
 
 bool model_impl::write(std::ostream* out, bool with_history, u32 transaction_count, bool reset_modified,
                        void* element) {
-    if (!out || element || history_.transaction_open()) return false;
+    if ((!out && !element) || history_.transaction_open()) return false;
+    const document_pass pass;
     const u32 executed = history_.trans_executed();
     if (reset_modified) history_.set_trans_executed(0);
-    if (write_stream(*out, with_history, transaction_count)) return true;
-    history_.set_trans_executed(executed); // nothing was saved
-    return false;
+    bool written = element ? write_to(document_out{element}) : write_to(binary_out{*out});
+    if (written) history_.write_history(out, with_history, transaction_count, element);
+    written = written && (element ? !document_pass::has_failed() : !out->fail());
+    if (!written) history_.set_trans_executed(executed); // nothing was saved
+    return written;
+}
+
+template <class Archive>
+bool model_impl::write_to(Archive to) {
+    const model_header header{model_guid_, last_object_id(), last_udp_id()};
+    model_header::fields(header, to);
+    write_meta_section(*this, to);
+    write_object(*this, to);
+    return to.good();
 }
 
 bool model_impl::save_as_new(std::ostream* out, bool with_history, u32 transaction_count, void* element) {
-    if (!out || element || history_.transaction_open()) return false;
+    if ((!out && !element) || history_.transaction_open()) return false;
     generate_model_id();
     return write(out, with_history, transaction_count, true, element);
 }
 
-bool model_impl::write_stream(std::ostream& out, bool with_history, u32 transaction_count) {
-    put_guid(out, model_guid_);
-    put_u32(out, last_object_id());
-    put_u32(out, last_udp_id());
-    write_meta_section(*this, out);
-    write_object(*this, out);
-    history_.write_history(&out, with_history, transaction_count, nullptr);
-    return !out.fail();
-}
-
 bool model_impl::read(std::istream* in, void* element) {
-    if (!in || element) return false;
+    if (!in && !element) return false;
     const message_history_impl::in_use guard{history_};
-    return read_stream(*in);
+    const document_pass pass;
+    return element ? read_from(document_in{element}) : read_from(binary_in{*in});
 }
 
-bool model_impl::read_stream(std::istream& in) {
-    const GUID id = get_guid(in);
-    const u32 last_object = get_u32(in);
-    const u32 last_udp = get_u32(in);
-    if (!in) return false;
+template <class Archive>
+bool model_impl::read_from(Archive from) {
+    model_header header{.id = model_guid_};
+    model_header::fields(header, from);
+    if (!from.good()) return false;
     // Kept: these three are the stream's from here on, also when what follows is refused.
-    set_model_id(id);
-    restore_ids(last_object, last_udp);
+    set_model_id(header.id);
+    restore_ids(header.last_object, header.last_udp);
 
+    auto section = from.inner("meta_model");
     format_version version;
-    if (!read_format_version(*this, in, version)) return false;
-    read_user_defined_properties(*this, in);
+    if (!section.is_there() || !read_format_version(*this, section, version)) return false;
+    read_user_defined_properties(*this, section, from);
     io_reference_manager references;
-    if (!in || !read_object(*this, in, references)) return false;
+    if (!from.good() || !read_object(*this, from, references)) return false;
     resolve_refs_post_read(this, references);
     // Kept: a hook that refuses leaves its mark, and the objects stand.
     if (!run<post_model_load_semantic>([&](post_model_load_semantic& h) {
@@ -69,8 +95,29 @@ bool model_impl::read_stream(std::istream& in) {
         }))
         return false;
     clear_history();
-    const bool whole = !version.is_at_least(7, 2) || read_history(in, version);
+    const bool whole = !version.is_at_least(7, 2) || read_history(from, version);
     clear_modified();
+    return whole;
+}
+
+template <class Archive>
+bool model_impl::read_history(Archive from, const format_version& version) {
+    if (!from.present("message_history_impl")) return from.good();
+    auto section = from.inner("message_history_impl");
+    history_counts counts;
+    history_counts::fields(counts, section);
+    restore_transaction_id(counts.last_transaction);
+    history_.set_trans_executed(counts.executed);
+    io_reference_manager references;
+    std::vector<message*> messages;
+    std::vector<object*> deleted;
+    const log_target into{messages, references, *this, deleted};
+    read_log(section, into, version, false);
+    const bool whole = section.good();
+    if (whole) resolve_refs_post_read(this, references);
+    for (object* each : deleted) impl_of(each)->leave_id_map();
+    history_.adopt(messages);
+    if (!whole) clear_history();
     return whole;
 }
 

@@ -1,25 +1,60 @@
-// Objects in streams, both ways.  A tree may be as deep as the model is big, so neither way recurses.
+// Objects in streams and documents, both ways.  A tree may be as deep as the model is big, so neither way recurses.
 // The sections around them are model_stream and history_writer.
 #include "persistence/object_record.h"
 
-#include "framework/stored_value.h"
 #include "framework/values.h"
 #include "meta/meta_property_impl.h"
 #include "object/model_impl.h"
-#include "util/bytes.h"
 
 #include <kelm/framework.h>
 #include <kelm/meta_model.h>
 
-#include <istream>
-#include <map>
-#include <ostream>
+#include <algorithm>
 #include <unordered_map>
 #include <vector>
 
 namespace kelm {
 
 namespace {
+
+/// What is stored of one object, but for the objects below it.
+/// \tparam Box  a borrowed value for writing, an owned one for reading
+template <class Box>
+struct stored_object {
+    struct value {
+        u32 id = 0;
+        Box box{};
+    };
+
+    u32 id = 0;
+    std::vector<value> values; // ascending by id
+    std::vector<u32> not_inheritable;
+    std::vector<u32> bases;
+    std::vector<u32> observers;
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive, const value_sink& sink) {
+        archive.attribute("id", self.id);
+        record_list(archive, "props", "prop", self.values, [&sink](auto& item, auto& value) {
+            item.attribute("id", value.id);
+            item.stored_value(value.box, value.id, sink);
+        });
+        id_list(archive, "not_inh_props", "not_inh_prop", self.not_inheritable);
+        id_list(archive, "inherits", "inherit", self.bases);
+        id_list(archive, "observers", "observer", self.observers);
+    }
+
+    /// For the next object; the memory stays.
+    void clear() {
+        values.clear();
+        not_inheritable.clear();
+        bases.clear();
+        observers.clear();
+    }
+};
+
+using written_object = stored_object<const abstract_property*>;
+using read_object_record = stored_object<std::unique_ptr<abstract_property>>;
 
 bool is_persistent(const object_impl& holder, u32 id) {
     const meta_object* const type = holder.meta();
@@ -29,71 +64,49 @@ bool is_persistent(const object_impl& holder, u32 id) {
     return !mark || !mark->value;
 }
 
+template <class Archive>
 class object_writer {
 public:
-    explicit object_writer(std::ostream& out) : out_(out) {}
-
-    void write(const object_impl& top) {
-        std::vector<level> levels;
-        write_fields(top, levels);
-        while (!levels.empty() && out_) {
-            level& at = levels.back();
+    void write(const object_impl& top, Archive to) {
+        write_fields(top, to);
+        while (!levels_.empty() && to.good()) {
+            level& at = levels_.back();
             if (at.next == at.children.size()) {
-                levels.pop_back();
+                levels_.pop_back();
                 continue;
             }
             const object_impl& child = *impl_of(at.children[at.next++]);
-            put_u32(out_, child.type());
-            write_fields(child, levels);
+            Archive item = at.items.next();
+            item.attribute("type", child.type());
+            write_fields(child, item);
         }
     }
 
 private:
     struct level {
         std::vector<object*> children;
+        typename Archive::list items;
         std::size_t next = 0;
     };
 
-    void write_fields(const object_impl& of, std::vector<level>& levels) {
-        put_u32(out_, of.id());
-        write_values(of);
-        write_ids(of.not_inheritable_properties());
-        write_bases(of);
-        write_observers(of);
-        level below;
-        if (of.child_objects()) of.child_objects()->append_to(below.children);
-        put_u32(out_, static_cast<u32>(below.children.size()));
-        if (!below.children.empty()) levels.push_back(std::move(below));
+    void write_fields(const object_impl& of, Archive& to) {
+        record_.clear();
+        fill_record(of);
+        written_object::fields(std::as_const(record_), to, value_sink{});
+        std::vector<object*> children;
+        if (of.child_objects()) of.child_objects()->append_to(children);
+        auto items = to.open("childs", "child", children.size());
+        if (!children.empty()) levels_.push_back({std::move(children), items});
     }
 
-    void write_values(const object_impl& of) {
-        kept_.clear();
+    void fill_record(const object_impl& of) {
+        record_.id = of.id();
         for (const auto& entry : of.values())
-            if (keeps(of, entry.id)) kept_.push_back(&entry);
-        put_u32(out_, static_cast<u32>(kept_.size()));
-        for (const value_store::entry* entry : kept_) {
-            put_u32(out_, entry->id);
-            put_stored_value(out_, entry->value.get());
-        }
-    }
-
-    void write_ids(const std::vector<u32>& ids) {
-        put_u32(out_, static_cast<u32>(ids.size()));
-        for (const u32 id : ids) put_u32(out_, id);
-    }
-
-    void write_bases(const object_impl& of) {
-        const auto* const bases = of.bases();
-        put_u32(out_, bases ? static_cast<u32>(bases->size()) : 0);
-        if (!bases) return;
-        for (const object_impl* base : *bases) put_u32(out_, base->id());
-    }
-
-    void write_observers(const object_impl& of) {
-        const auto* const ids = of.observer_ids();
-        put_u32(out_, ids ? static_cast<u32>(ids->size()) : 0);
-        if (!ids) return;
-        for (const u32 id : *ids) put_u32(out_, id);
+            if (keeps(of, entry.id)) record_.values.push_back({entry.id, entry.value.get()});
+        record_.not_inheritable = of.not_inheritable_properties();
+        if (const auto* const bases = of.bases())
+            for (const object_impl* base : *bases) record_.bases.push_back(base->id());
+        if (const auto* const ids = of.observer_ids()) record_.observers.assign(ids->begin(), ids->end());
     }
 
     /// Asked of the types once a property, not once an object.
@@ -103,103 +116,103 @@ private:
         return found->second;
     }
 
-    std::ostream& out_;
     std::unordered_map<u64, bool> answers_; // by type and property
-    std::vector<const value_store::entry*> kept_;
+    written_object record_;
+    std::vector<level> levels_;
 };
 
+template <class Archive>
 class object_reader {
 public:
-    object_reader(std::istream& in, io_reference_manager& references, model_impl& model)
-        : in_(in), references_(references), model_(model) {}
+    object_reader(io_reference_manager& references, model_impl& model)
+        : references_(references), model_(model) {}
 
-    bool read(object_impl& top) {
-        std::vector<level> levels{{&top, read_fields(top)}};
-        while (!levels.empty() && in_) {
-            level& at = levels.back();
-            if (at.left == 0) {
-                levels.pop_back();
-                continue;
-            }
-            --at.left;
-            if (object_impl* const child = read_child(*at.object))
-                levels.push_back({child, read_fields(*child)});
+    bool read(object_impl& top, Archive from) {
+        read_fields(top, from);
+        while (!levels_.empty() && from.good()) {
+            auto item = levels_.back().items.next();
+            if (!item)
+                levels_.pop_back();
+            else if (object_impl* const child = make_child(*levels_.back().object, *item))
+                read_fields(*child, *item);
         }
-        return !in_.fail();
+        return from.good();
     }
 
 private:
     struct level {
         object_impl* object;
-        u32 left; // children still to come
+        typename Archive::list items;
     };
 
-    object_impl* read_child(object_impl& owner) {
-        const u32 type = get_u32(in_);
-        object_impl* const child = in_ ? make_stored_object(type, model_) : nullptr;
+    object_impl* make_child(object_impl& owner, Archive& item) {
+        u32 type = 0;
+        item.attribute("type", type);
+        object_impl* const child = item.good() ? make_stored_object(type, model_) : nullptr;
         if (!child) {
-            in_.setstate(std::ios_base::failbit);
+            item.fail();
             return nullptr;
         }
         owner.insert_child(*child, owner.made_children().run_size(type));
         return child;
     }
 
-    /// \returns the number of children that follow
-    u32 read_fields(object_impl& into) {
-        const u32 id = get_u32(in_);
-        if (!in_) return 0;
+    void read_fields(object_impl& into, Archive& from) {
+        record_.clear();
+        const std::size_t first = references_.references.size();
+        read_object_record::fields(record_, from, value_sink{&references_.references, &into});
+        if (!from.good() || !values_are_unique()) {
+            references_.references.resize(first); // they point into the record
+            return from.fail();
+        }
         into.leave_id_map();
-        into.set_id(id);
+        into.set_id(record_.id);
         into.enter_id_map();
         into.attach_semantics();
-        read_values(into);
-        for (u32 left = get_u32(in_); left != 0 && in_; --left) {
-            const u32 marked = get_u32(in_);
-            if (in_) into.mark_not_inheritable(marked, true);
-        }
-        read_ids(id, references_.inherits);
-        read_ids(id, references_.observers);
-        return get_u32(in_);
+        for (auto& value : record_.values) into.exchange_value(value.id, std::move(value.box));
+        into.mark_not_inheritable(record_.not_inheritable);
+        keep_for_later(record_.bases, references_.inherits);
+        keep_for_later(record_.observers, references_.observers);
+        if (auto items = from.open("childs", "child"); from.good())
+            levels_.push_back({&into, std::move(items)});
     }
 
-    // Ids ascend: a value that came twice would free one that references wait for.
-    void read_values(object_impl& into) {
-        u32 next = 0;
-        for (u32 left = get_u32(in_); left != 0 && in_; --left) {
-            const u32 id = get_u32(in_);
-            if (id < next) in_.setstate(std::ios_base::failbit);
-            if (!in_) return;
-            next = id + 1;
-            if (auto value = get_stored_value(in_, references_.references, &into))
-                into.exchange_value(id, std::move(value));
-        }
+    // A value that came twice would free one that references wait for.
+    bool values_are_unique() {
+        constexpr auto id_of = &read_object_record::value::id;
+        if (!std::ranges::is_sorted(record_.values, {}, id_of)) std::ranges::sort(record_.values, {}, id_of);
+        return std::ranges::adjacent_find(record_.values, {}, id_of) == record_.values.end();
     }
 
-    void read_ids(u32 of, std::map<u32, std::vector<u32>*>& into) {
-        const u32 count = get_u32(in_);
-        if (count == 0 || !in_) return;
-        auto& list = into[of];
+    void keep_for_later(const std::vector<u32>& ids, std::map<u32, std::vector<u32>*>& into) {
+        if (ids.empty()) return;
+        auto& list = into[record_.id];
         if (!list) list = new std::vector<u32>;
-        for (u32 left = count; left != 0; --left) {
-            const u32 id = get_u32(in_);
-            if (!in_) return;
-            list->push_back(id);
-        }
+        list->insert(list->end(), ids.begin(), ids.end());
     }
 
-    std::istream& in_;
     io_reference_manager& references_;
     model_impl& model_;
+    read_object_record record_;
+    std::vector<level> levels_;
 };
 
 } // namespace
 
-void write_object(const object_impl& top, std::ostream& out) { object_writer{out}.write(top); }
-
-bool read_object(object_impl& top, std::istream& in, io_reference_manager& references) {
-    return object_reader{in, references, *top.owning_model()}.read(top);
+template <class Archive>
+void write_object(const object_impl& top, Archive to) {
+    object_writer<Archive>{}.write(top, to);
 }
+
+template <class Archive>
+bool read_object(object_impl& top, Archive from, io_reference_manager& references) {
+    return object_reader<Archive>{references, *top.owning_model()}.read(top, from);
+}
+
+template void write_object(const object_impl&, binary_out);
+template void write_object(const object_impl&, document_out);
+template bool read_object(object_impl&, binary_in, io_reference_manager&);
+template bool read_object(object_impl&, document_in, io_reference_manager&);
 
 // A model inside a model would be one more open document: no stream can ask for that.
 object_impl* make_stored_object(u32 type, model_impl& in) {

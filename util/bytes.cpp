@@ -3,7 +3,6 @@
 #include "util/bytes.h"
 
 #include <algorithm>
-#include <array>
 #include <istream>
 #include <limits>
 #include <ostream>
@@ -14,24 +13,53 @@ namespace {
 
 constexpr std::size_t read_block = std::size_t{64} * 1024;
 
+// Numbers go to and come from the buffer of the stream itself: a record is many small fields, and the ceremony of
+// write() and read() for each costs more than the bytes.  A stream that is not good is left alone, as those leave it.
+
+/// \returns whether `transfer` moved everything; what the buffer throws is a bad stream, as for the stream's own operations
+template <class Transfer>
+bool moved(std::ios& stream, Transfer&& transfer) {
+    try {
+        return transfer();
+    } catch (...) {
+        stream.setstate(std::ios_base::badbit);
+        return true;
+    }
+}
+
 template <class Number>
 void put(std::ostream& out, Number value) {
-    std::array<char, sizeof(Number)> bytes;
-    for (char& byte : bytes) {
-        byte = static_cast<char>(value & 0xFF);
-        if constexpr (sizeof(Number) > 1) value = static_cast<Number>(value >> 8);
-    }
-    out.write(bytes.data(), bytes.size());
+    using traits = std::ostream::traits_type;
+    if (!out.good()) return out.setstate(std::ios_base::failbit);
+    const bool whole = moved(out, [&] {
+        for (std::size_t i = 0; i != sizeof(Number); ++i) {
+            const auto byte = static_cast<char>(value >> (8 * i) & 0xFF);
+            if (traits::eq_int_type(out.rdbuf()->sputc(byte), traits::eof())) return false;
+        }
+        return true;
+    });
+    if (!whole) out.setstate(std::ios_base::badbit);
 }
 
 template <class Number>
 Number get(std::istream& in) {
-    std::array<char, sizeof(Number)> bytes;
-    if (!in.read(bytes.data(), bytes.size())) return 0;
+    using traits = std::istream::traits_type;
     Number value = 0;
-    for (std::size_t i = 0; i != bytes.size(); ++i)
-        value = static_cast<Number>(value | Number{static_cast<u8>(bytes[i])} << (8 * i));
-    return value;
+    if (!in.good()) {
+        in.setstate(std::ios_base::failbit);
+        return 0;
+    }
+    const bool whole = moved(in, [&] {
+        for (std::size_t i = 0; i != sizeof(Number); ++i) {
+            const auto byte = in.rdbuf()->sbumpc();
+            if (traits::eq_int_type(byte, traits::eof())) return false;
+            value =
+                static_cast<Number>(value | Number{static_cast<u8>(traits::to_char_type(byte))} << (8 * i));
+        }
+        return true;
+    });
+    if (!whole) in.setstate(std::ios_base::eofbit | std::ios_base::failbit);
+    return in ? value : Number{0};
 }
 
 /// Where a stream keeps its depth.

@@ -10,6 +10,13 @@
 
 namespace kelm {
 
+/// What the document that is being read or written has come to (util/document_state.h).
+struct document_state {
+    bool failed = false;
+    bool is_open = false; // someone asks for the failure at the end
+    long depth = 0;       // of values inside values
+};
+
 /// What the whole process shares.
 struct process_state {
     /// Code of a hook, or a mutation on behalf of another, is running.
@@ -22,6 +29,7 @@ struct process_state {
     bool use_cached_object_names = false;
     /// Objects whose name is being put together from references, which lead to further names; the innermost last.
     std::vector<const object*> names_in_making;
+    document_state document;
     /// When the last line of the trace was written; 0 before the first.
     std::time_t last_log_time = 0;
     /// The models that stand, in the order of their making.

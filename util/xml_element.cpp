@@ -2,6 +2,8 @@
 // The only source that sees those interfaces; no documents are made here.
 #include "util/xml_element.h"
 
+#include <kelm/types.h>
+
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
@@ -48,7 +50,8 @@ std::optional<std::string> narrow(const XMLCh* text) {
 class wide_name {
 public:
     explicit wide_name(const char* name) {
-        XMLString::transcode(name ? name : "", units_.data(), longest, XMLPlatformUtils::fgMemoryManager);
+        if (widens(name ? name : "")) return;
+        XMLString::transcode(name, units_.data(), longest, XMLPlatformUtils::fgMemoryManager);
         // Kept: longer names are cut.  The call fills one unit more with them, and does not terminate it.
         units_[longest] = 0;
     }
@@ -56,7 +59,18 @@ public:
 
 private:
     static constexpr std::size_t longest = 99;
-    std::array<XMLCh, longest + 2> units_{};
+
+    /// 7-bit names, which are all of our own, are the same in every code page that Xerces-C may work in.
+    /// \returns false for any other name, and for one that has to be cut
+    bool widens(const char* name) {
+        std::size_t i = 0;
+        for (; i != longest && name[i] != 0 && static_cast<u8>(name[i]) < 0x80; ++i)
+            units_[i] = static_cast<XMLCh>(name[i]);
+        units_[i] = 0;
+        return name[i] == 0;
+    }
+
+    std::array<XMLCh, longest + 2> units_; // set up to the terminator
 };
 
 bool is_called(const DOMElement* element, const wide_name& name) {
@@ -111,6 +125,15 @@ void xml_element::append_children(const char* name, std::vector<void*>& out) con
     for (DOMElement* child = dom(element_)->getFirstElementChild(); child;
          child = child->getNextElementSibling())
         if (is_called(child, wanted)) out.push_back(child);
+}
+
+std::vector<void*> xml_element::all_below(const char* name) const {
+    std::vector<void*> found;
+    if (!element_) return found;
+    const xercesc::DOMNodeList* const nodes = dom(element_)->getElementsByTagName(wide_name{name}.get());
+    for (XMLSize_t i = 0; i != nodes->getLength(); ++i)
+        found.push_back(static_cast<DOMElement*>(nodes->item(i)));
+    return found;
 }
 
 std::optional<std::string> xml_element::attribute(const char* name) const {

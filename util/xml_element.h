@@ -33,6 +33,8 @@ public:
     [[nodiscard]] xml_element first(const char* name) const;
     /// Appends all child elements called `name`, in document order.
     void append_children(const char* name, std::vector<void*>& out) const;
+    /// \returns all elements called `name` below this one, at any depth, in document order
+    [[nodiscard]] std::vector<void*> all_below(const char* name) const;
     /// \returns the attribute's text; an empty one for a missing attribute; nullopt for none
     [[nodiscard]] std::optional<std::string> attribute(const char* name) const;
     /// \returns the value of the first child node; nullopt when there is none or it has no value

@@ -1,5 +1,5 @@
 // What an edited schema defines for its tables to use, as text: domains and properties of users.
-// No database has any, so they are not part of the JSON.
+// As JSON they are written by definitions_json.h.
 #pragma once
 
 #include <kelm/object.h>

@@ -3,7 +3,9 @@
 #include "edit.h"
 
 #include "editor.h"
-#include "load.h"
+#include "file_kind.h"
+#include "model_file.h"
+#include "signer.h"
 
 #include <cerrno>
 #include <fstream>
@@ -28,20 +30,36 @@ void run_line(editor& on, const std::string& line, std::size_t number) {
     }
 }
 
-} // namespace
-
-void edit(const std::string& source, const std::string& script, rules& shared, std::ostream& out) {
+void run_script(editor& on, const std::string& script) {
     std::ifstream file;
     errno = 0;
     if (script != "-") file.open(script, std::ios::binary);
     if (!file) refuse_script(script);
     std::istream& lines = script == "-" ? std::cin : file;
-
-    editor on(load_database(source), shared, out);
     std::string line;
     errno = 0;
     for (std::size_t number = 1; std::getline(lines, line); ++number) run_line(on, line, number);
     if (lines.bad()) refuse_script(script);
+}
+
+/// \returns empty when nothing is to be saved
+std::string target_of(const edit_request& wanted) {
+    if (!wanted.target.empty()) return wanted.target;
+    return kind_of_file(wanted.source) == file_kind::database ? std::string() : wanted.source;
+}
+
+} // namespace
+
+void edit(const edit_request& wanted, rules& shared, std::ostream& out) {
+    const std::string target = target_of(wanted);
+    if (!target.empty()) kind_to_write(target); // refuses a database before the script has been run in vain
+    kelm::model& model = load_schema(wanted.source, shared);
+    {
+        const signer signing(model, wanted.by);
+        editor on(model, shared, out);
+        run_script(on, wanted.script);
+    }
+    if (!target.empty()) save_schema(model, target, shared);
 }
 
 } // namespace schema

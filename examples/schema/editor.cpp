@@ -56,9 +56,7 @@ const editor::command editor::commands[] = {
 };
 
 editor::editor(kelm::model& model, rules& shared, std::ostream& out)
-    : model_(model), rules_(shared), out_(out) {
-    model.clear_history();
-}
+    : model_(model), rules_(shared), out_(out) {}
 
 void editor::run(std::string_view text) {
     const script_line split_line = split(text);

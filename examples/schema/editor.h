@@ -14,7 +14,7 @@ namespace schema {
 
 class editor {
 public:
-    /// Forgets the model's history: what made the schema is not to be undone.  All are borrowed.
+    /// What the model's history holds can be undone.  All are borrowed.
     /// \param shared  of the hooks that the types were given
     editor(kelm::model& model, rules& shared, std::ostream& out);
 

@@ -57,6 +57,8 @@ void add_key_hooks(rules& shared);
 void add_drop_hooks(rules& shared);
 /// A user-defined property with choices has one of them as its value.
 void add_property_hooks(rules& shared);
+/// The version of a file that is read is kept.
+void add_version_hooks(rules& shared);
 
 /// Asks what `note_unfinished` has kept whether it is whole by now.
 /// \returns false when a rule is broken, with its reason in `shared`

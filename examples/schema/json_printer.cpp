@@ -3,6 +3,7 @@
 #include "json_printer.h"
 
 #include "counts.h"
+#include "definitions_json.h"
 #include "json_writer.h"
 #include "types.h"
 #include "values.h"
@@ -46,6 +47,8 @@ void print_column(json_writer& json, const kelm::object& column) {
     json.key("autoincrement").value(flag(column, property::autoincrement));
     text_or_null(json, "generated", column, property::generated);
     json.key("hidden").value(flag(column, property::hidden));
+    write_domain(json, column);
+    write_user_values(json, column);
     json.end_object();
 }
 
@@ -140,6 +143,7 @@ void print_table(json_writer& json, const kelm::object& table) {
     list(json, "foreign_keys", table, type::foreign_key, print_foreign_key);
     list(json, "indexes", table, type::index, print_inner_part);
     list(json, "triggers", table, type::trigger, print_inner_part);
+    write_user_values(json, table);
     json.key("sql").value(text(table, property::sql));
     json.end_object();
 }
@@ -171,6 +175,7 @@ void print_json(std::ostream& out, const kelm::object& root, const std::vector<l
     json.key("counts").begin_object();
     for (const count& entry : counts(root)) json.key(entry.key).value(entry.number);
     json.end_object();
+    write_definitions(json, root);
     for (const listing& of_type : shown) {
         json.key(of_type.key).begin_array();
         for (const kelm::object* each : of_type.objects) print_listed(json, *each);

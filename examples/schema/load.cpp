@@ -13,22 +13,19 @@
 
 namespace schema {
 
-namespace {
-
-kelm::model& new_model(const std::string& path) {
+kelm::model& new_model() {
     kelm::object* root = kelm::framework::instance().create_object(kelm::type_id::model, nullptr);
     if (!root) throw std::runtime_error("there is no model");
-    set_text(*root, kelm::property_id::name, std::filesystem::path(path).filename().string());
-    set_text(*root, kelm::property_id::definition, path);
     return *root->model();
 }
 
-} // namespace
-
 kelm::model& load_database(const std::string& path) {
     const database from(path);
-    kelm::model& model = new_model(path);
+    kelm::model& model = new_model();
+    set_text(*model.as_object(), kelm::property_id::name, std::filesystem::path(path).filename().string());
+    set_text(*model.as_object(), kelm::property_id::definition, path);
     read_schema(from, model);
+    model.clear_history(); // what made the schema is not to be undone
     return model;
 }
 

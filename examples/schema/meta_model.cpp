@@ -108,6 +108,11 @@ void schema_types::define_meta_objects() {
     add_key_hooks(rules_);
     add_drop_hooks(rules_);
     add_property_hooks(rules_);
+    add_version_hooks(rules_);
+
+    kelm::meta_model& app = *kelm::framework::instance().application_meta_model();
+    app.set_version(current_version.major);
+    app.set_minor_version(current_version.minor);
 }
 
 } // namespace schema

@@ -2,6 +2,8 @@
 // What the rules say is told in the files of the hooks, from hooks.h on.
 #pragma once
 
+#include "file_version.h"
+
 #include <kelm/object.h>
 
 #include <string>
@@ -48,6 +50,12 @@ public:
     /// \returns ids, as an object may be gone again by then
     const std::vector<kelm::u32>& unfinished() const { return unfinished_; }
 
+    /// Keeps the version of a file, which only hooks are told.
+    void note_version(file_version of_file) { version_ = of_file; }
+    void forget_version() { version_ = {}; }
+    /// \returns that of the file that was read last; 0.0 when reading did not come so far
+    file_version version() const { return version_; }
+
     referenced_drop on_referenced_drop = referenced_drop::refuse;
 
 private:
@@ -60,6 +68,7 @@ private:
     bool hold_ = false;
     std::string reason_;
     std::vector<kelm::u32> unfinished_;
+    file_version version_;
 };
 
 } // namespace schema

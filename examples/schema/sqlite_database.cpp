@@ -2,10 +2,12 @@
 // Every failure leaves here as one sentence.
 #include "sqlite_database.h"
 
+#include "file_error.h"
+#include "readable_file.h"
+
 #include <sqlite3.h>
 
 #include <array>
-#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -18,21 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void refuse(const std::string& sentence) { throw database_error(sentence, false); }
-
-std::string quoted(const std::string& path) { return '"' + path + '"'; }
-
-/// SQLite itself says only "unable to open database file" to all of these.
-void check_is_readable_file(const std::string& path) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (status.type() == fs::file_type::not_found) refuse("there is no file " + quoted(path));
-    if (error) refuse("cannot open " + quoted(path) + ": " + error.message());
-    if (fs::is_directory(status)) refuse(quoted(path) + " is a directory, not a database");
-    if (!fs::is_regular_file(status)) refuse(quoted(path) + " is not a regular file");
-    errno = 0;
-    if (!std::ifstream(path, std::ios::binary))
-        refuse("cannot read " + quoted(path) + ": " + std::generic_category().message(errno));
-}
 
 /// Whether the header tells of a write-ahead log.
 bool uses_log(const std::string& path) {
@@ -78,7 +65,7 @@ void database::closer::operator()(sqlite3* handle) const { sqlite3_close_v2(hand
 void statement::finalizer::operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
 
 database::database(const std::string& path) : path_(path) {
-    check_is_readable_file(path);
+    require_readable(path); // SQLite itself says only "unable to open database file" to all that can be wrong
     sqlite3* handle = nullptr;
     const int code =
         sqlite3_open_v2(uri_of(path).c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);

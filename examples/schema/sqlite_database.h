@@ -33,7 +33,8 @@ struct column_details {
 /// An open database.  Reading it makes and changes no file, not even beside it.
 class database {
 public:
-    /// \throws database_error when there is no database at `path` or it cannot be read
+    /// \throws database_error when what is at `path` is no database or cannot be read, file_error when there is no
+    ///         file to read
     explicit database(const std::string& path);
 
     /// \returns the error, with the file's name when it told only of a part

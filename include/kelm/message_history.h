@@ -16,9 +16,9 @@ class KELM_EXPORT message_history {
 public:
     virtual bool attach(observer* who) = 0;
     virtual bool detach(observer* who) = 0;
-    /// Writes one byte, 0 or 1; with history then the counts of the model and what write_messages() writes.
+    /// Writes one byte, 0 or 1, or, into an element, nothing or an element; with history then counts and messages.
     /// \param transaction_count  the newest so many top-level transactions; 0 stands for all
-    /// \param element            null: documents are not there yet, and an element writes nothing
+    /// \param element            filled instead of the stream; null: the stream is written
     virtual void write_history(std::ostream* out, bool with_history, u32 transaction_count,
                                void* element) = 0;
     /// Writes the objects that the range deleted, then its messages.
@@ -26,7 +26,7 @@ public:
     ///                    perform the log on another model.  The number of messages that is written counts them all.
     virtual void write_messages(void* element, std::ostream* out, u32 transaction_count, bool for_replay) = 0;
     /// Reads what write_messages() wrote.
-    /// \param element     null: documents are not there yet
+    /// \param element     what write_messages() filled, read instead of `in`; null: `in` is read
     /// \param messages    receives the messages; the caller owns them
     /// \param references  receives what waits to be resolved
     /// \param deleted     receives the deleted objects, which belong to `in`

@@ -75,16 +75,16 @@ public:
 
     /// Reads what write() wrote, into a model that has just been made.  No hooks run but read_newer_model_semantic and
     /// post_model_load_semantic; post_load() is the application's to call.
-    /// \param element  null: documents are not there yet
-    /// \returns false for a version newer than that of the types, for a stream that ends early or tells what cannot be,
+    /// \param element  a `xercesc::DOMElement*` as void*: read instead of the stream.  Null: the stream is read
+    /// \returns false for a version newer than that of the types, for what ends early or tells what cannot be,
     ///          and when a hook refused; what was read until then stays
     virtual bool read(std::istream* in, void* element) = 0;
-    /// Writes the model as a stream: docs/stream_format.md tells the fields.
+    /// Writes the model: docs/stream_format.md and docs/document_format.md tell what stands where.
     /// \param with_history       so that undo goes on after reading
     /// \param transaction_count  the newest so many top-level transactions; 0 stands for all
     /// \param reset_modified     counts changes from here on
-    /// \param element            null: documents are not there yet
-    /// \returns false inside a transaction, with nothing written, and when the stream has failed
+    /// \param element            filled instead; the stream then gets the messages of a log without a closed transaction
+    /// \returns false inside a transaction, with nothing written; when the stream has failed, and for too deep values
     virtual bool write(std::ostream* out, bool with_history, u32 transaction_count, bool reset_modified,
                        void* element) = 0;
     /// The same, as another model: with a new model_id, and unmodified from here on.

@@ -149,8 +149,8 @@ public:
 
     /// Called for each object once a model has been read.
     virtual bool post_read() = 0;
-    /// Writes the object with its subtree to a stream: docs/stream_format.md tells the fields.
-    /// \param element  null: documents are not there yet
+    /// Writes the object with its subtree: docs/stream_format.md and docs/document_format.md tell what stands where.
+    /// \param element  a `xercesc::DOMElement*` as void*: filled instead of the stream.  Null: the stream is written
     /// \returns false when the stream has failed, or there is none
     virtual bool write(std::ostream* out, void* element) const = 0;
 

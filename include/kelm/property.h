@@ -49,6 +49,13 @@ public:
     virtual void to_string(std::string& out) const = 0;
     /// Sets the value from text; bad text reads as far as it goes, and never throws.
     virtual void from_string(const std::string& text) = 0;
+    /// Fills an element of a document: with the text form, or with nothing where that is empty.
+    /// \param element  a `xercesc::DOMElement*` as void* (xml_helpers.h)
+    /// \param id       of the property that the value is of: the application may have texts of it escaped (qdxml.h)
+    virtual void write_xml(void* element, u32 id) const;
+    /// Reads what write_xml() wrote; an element without text leaves the value as it is.
+    /// \param references, holder  as for read()
+    virtual void read_xml(void* element, u32 id, std::vector<reference_record>& references, object* holder);
     /// Appends the binary form: little-endian, in the width of the kind, without a type code.
     virtual void write(std::ostream& out) const = 0;
     /// Reads what write() wrote.  A failure shows in the state of `in`.
@@ -87,6 +94,8 @@ public:
     std::string to_string() const override;
     void to_string(std::string& out) const override;
     void from_string(const std::string& text) override;
+    void write_xml(void* element, u32 id) const override;
+    void read_xml(void* element, u32 id, std::vector<reference_record>& references, object* holder) override;
     void write(std::ostream& out) const override;
     void read(std::istream& in, std::vector<reference_record>& references, object* holder) override;
 
@@ -123,6 +132,10 @@ public:
     /// Reads "[text|code][text|code]": the text of an element, then the code of its kind.
     /// The former elements leave the list undeleted: pointers to them stay good, and are the caller's.
     void from_string(const std::string& text) override;
+    /// An element "elem" for each value, with its "datatype" and its "value".
+    void write_xml(void* element, u32 id) const override;
+    /// Leaves out an "elem" whose data type is unknown, or that has no "value".
+    void read_xml(void* element, u32 id, std::vector<reference_record>& references, object* holder) override;
     void write(std::ostream& out) const override;
     void read(std::istream& in, std::vector<reference_record>& references, object* holder) override;
 

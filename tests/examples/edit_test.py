@@ -205,7 +205,7 @@ class Edit(schema_tool.ToolTest):
         script = self.write("show\n")
         missing = self.folder / "nowhere"
         self.assertEqual(self.refused("edit", missing, script), f'there is no file "{missing}"')
-        self.assertEqual(self.refused("edit", script, script), f'"{script}" is not an SQLite database')
+        self.assertEqual(self.refused("edit", script, script), f'"{script}" is neither an SQLite database nor a whole file of kelm-schema')
         self.assertEqual(self.refused("edit", source, missing),
                          f'cannot read script "{missing}": No such file or directory')
         self.assertEqual(self.refused("edit", source, self.folder),

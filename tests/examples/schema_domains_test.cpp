@@ -71,11 +71,7 @@ TEST_F(editing, each_edit_of_a_domain_is_one_undo) {
 
 TEST_F(editing, a_wrong_line_about_domains_says_why_and_changes_nothing) {
     run_all({"add domain money DECIMAL", "use domain money for lonely.only"});
-    const std::string before = all();
-    const struct {
-        const char* line;
-        const char* why;
-    } rows[] = {
+    each_is_refused({
         {"add domain MONEY INT", "there is already a domain money"},
         {"add domain d", "expected a type at the end of the line"},
         {"add domain d INT NOT", "expected null at the end of the line"},
@@ -90,12 +86,7 @@ TEST_F(editing, a_wrong_line_about_domains_says_why_and_changes_nothing) {
         {"use domain money for search.text", "search is a virtual table, whose columns are not its own"},
         {"use domain money in lonely.only", "expected for, not \"in\""},
         {"use domain money for lonely.only", "column lonely.only uses the domain already"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.line);
-        EXPECT_EQ(complaint(row.line), row.why);
-        EXPECT_EQ(all(), before);
-    }
+    });
 }
 
 } // namespace

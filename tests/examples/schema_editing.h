@@ -1,5 +1,5 @@
 // What the tests of the editor share: a schema made by hand, and an editor on it.
-// No expectations but that edits come back.
+// No expectations but that edits come back, and that wrong lines change nothing.
 #pragma once
 
 #include "editor.h"
@@ -80,8 +80,15 @@ inline kelm::object& new_schema() {
     add_table(root, "lonely", {"only"});
     schema::add(schema::add(root, type::view, "view"), type::column, "x");
     schema::resolve_foreign_keys(root);
+    root.model()->clear_history(); // what made the schema is not to be undone
     return root;
 }
+
+/// A line that is refused, and what is said of it.
+struct wrong_line {
+    std::string line;
+    const char* why;
+};
 
 class editing : public testing::Test {
 protected:
@@ -115,6 +122,19 @@ protected:
         schema::print_tree(text, root_, schema::listings(root_));
         schema::print_json(text, root_, schema::listings(root_));
         return text.str();
+    }
+
+    /// Each row is refused with its reason and leaves schema and edits as they were, with nothing to redo.
+    void each_is_refused(std::initializer_list<wrong_line> rows) {
+        const std::string before = all();
+        const std::string edits = run("history");
+        for (const wrong_line& row : rows) {
+            SCOPED_TRACE(row.line);
+            EXPECT_EQ(complaint(row.line), row.why);
+            EXPECT_EQ(all(), before);
+            EXPECT_EQ(run("history"), edits);
+            EXPECT_EQ(complaint("redo"), "there is nothing to redo");
+        }
     }
 
     /// Each row is an edit that undo takes back and redo does again, byte for byte.

@@ -80,11 +80,7 @@ TEST_F(editing, each_edit_of_a_property_is_one_undo) {
 
 TEST_F(editing, a_wrong_line_about_properties_says_why_and_changes_nothing) {
     run_all({"define property owner on table", "define property state on column choices (a, b)"});
-    const std::string before = all();
-    const struct {
-        const char* line;
-        const char* why;
-    } rows[] = {
+    each_is_refused({
         {"define property Owner on column", "there is already a property owner"},
         {"define property NAME on table", "there is already a property NAME"},
         {"define property \"declared type\" on table", "there is already a property \"declared type\""},
@@ -109,12 +105,7 @@ TEST_F(editing, a_wrong_line_about_properties_says_why_and_changes_nothing) {
         {"set property owner of pet to Ann Lee", "expected the end of the line, not \"Lee\""},
         {"clear property owner of pet", "property owner of pet is not set"},
         {"drop property p", "there is no property p"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.line);
-        EXPECT_EQ(complaint(row.line), row.why);
-        EXPECT_EQ(all(), before);
-    }
+    });
 }
 
 } // namespace

@@ -15,6 +15,14 @@ def run(*arguments, **options):
     return subprocess.run([TOOL, *map(os.fsencode, arguments)], capture_output=True, timeout=50, **options)
 
 
+def environment(**more):
+    """For edits that are signed the same in every run."""
+    return {**os.environ, "USER": "ann", "SOURCE_DATE_EPOCH": "1795255200", **more}
+
+
+SIGNED = "2026-11-21T10:00:00Z  ann"
+
+
 class ToolTest(unittest.TestCase):
     """Gives each test a folder of its own."""
     maxDiff = None
@@ -56,6 +64,20 @@ class ToolTest(unittest.TestCase):
         done = run("show", path, "--json")
         self.assertEqual((done.returncode, done.stderr), (0, b""))
         return json.loads(done.stdout.decode("utf-8"), object_pairs_hook=once, parse_constant=self.fail)
+
+    def done(self, *arguments, **options):
+        """What a command prints that goes well."""
+        done = run(*arguments, **{"env": environment(), **options})
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return done.stdout.decode("utf-8")
+
+    def imported(self, database, name="made.kelm"):
+        path = self.folder / name
+        self.assertEqual(self.done("import", database, "-o", path), "")
+        return path
+
+    def apply(self, source, script, *arguments):
+        return self.done("edit", source, "-", *arguments, input=script.encode("utf-8"))
 
     def refused(self, *arguments, **options):
         """The one sentence on stderr."""

@@ -34,7 +34,7 @@ class ShowErrors(schema_tool.ToolTest):
                 self.assertIn(b"1 table, 1 column,", schema_tool.run("show", name, cwd=self.folder).stdout)
 
     def test_what_is_no_file_is_told(self):
-        self.assertEqual(self.refused("show", self.folder), f'"{self.folder}" is a directory, not a database')
+        self.assertEqual(self.refused("show", self.folder), f'"{self.folder}" is a directory, not a file')
         self.assertEqual(self.refused("show", "/dev/null"), '"/dev/null" is not a regular file')
         below = self.make("CREATE TABLE t (a)") / "below.db"
         self.assertIn(str(below), self.refused("show", below))
@@ -53,11 +53,14 @@ class ShowErrors(schema_tool.ToolTest):
         self.assertEqual(self.refused("show", path, **other), f'cannot read "{path}": Permission denied')
 
     def test_what_is_no_database_is_told(self):
-        for content in (b"hello\n", b"CREATE TABLE t (a);\n" * 500, b"\0" * 5000, b"SQLite format 3\0" + b"\xff" * 4080):
-            path = self.folder / "text.db"
+        path = self.folder / "text.db"
+        path.write_bytes(b"SQLite format 3\0" + b"\xff" * 4080)
+        self.assertEqual(self.refused("show", path), f'"{path}" is not an SQLite database')
+        for content in (b"hello\n", b"CREATE TABLE t (a);\n" * 500, b"\0" * 5000):
             path.write_bytes(content)
             with self.subTest(content[:20]):
-                self.assertEqual(self.refused("show", path), f'"{path}" is not an SQLite database')
+                self.assertEqual(self.refused("show", path),
+                                 f'"{path}" is neither an SQLite database nor a whole file of kelm-schema')
 
     def test_a_truncated_database_is_told(self):
         whole = self.make(MANY).read_bytes()

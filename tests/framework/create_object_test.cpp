@@ -1,6 +1,7 @@
 // Making and deleting objects and models through the framework: steps, flags, refusals.
 // The cascade of a deletion is tested with objects.
 #include "tests/support/model_hooks.h"
+#include "tests/support/unregistered_value.h"
 
 #include <kelm/structure_messages.h>
 
@@ -10,18 +11,11 @@ namespace kelm::test {
 namespace {
 
 /// A value that counts its deaths; what is stored of it is another.
-class dying final : public abstract_property {
+class dying final : public unregistered_value {
 public:
     explicit dying(int& deaths) : deaths_(deaths) {}
     ~dying() override { ++deaths_; }
     abstract_property* clone() const override { return new property<int>{1}; }
-    bool equals(const abstract_property*) const override { return false; }
-    void merge(abstract_property*) override {}
-    std::string to_string() const override { return "dying"; }
-    void to_string(std::string& out) const override { out = "dying"; }
-    void from_string(const std::string&) override {}
-    void write(std::ostream&) const override {}
-    void read(std::istream&, std::vector<reference_record>&, kelm::object*) override {}
 
 private:
     int& deaths_;

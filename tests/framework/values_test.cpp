@@ -2,6 +2,7 @@
 // Text and binary forms, and vectors, have files of their own.
 #include "framework/data_types.h"
 #include "framework/values.h"
+#include "tests/support/unregistered_value.h"
 
 #include <kelm/property.h>
 
@@ -251,17 +252,11 @@ TEST(values, boxes_come_from_the_free_lists) {
 #endif
 
 /// A value that tells when it is freed.
-class counted final : public abstract_property {
+class counted final : public test::unregistered_value {
 public:
     explicit counted(int& alive) : alive_(alive) { ++alive_; }
     ~counted() override { --alive_; }
     owned<abstract_property*> clone() const override { return new counted(alive_); }
-    bool equals(const abstract_property*) const override { return false; }
-    std::string to_string() const override { return {}; }
-    void to_string(std::string& out) const override { out.clear(); }
-    void from_string(const std::string&) override {}
-    void write(std::ostream&) const override {}
-    void read(std::istream&, std::vector<reference_record>&, object*) override {}
 
 private:
     int& alive_;

@@ -1,6 +1,7 @@
 // The kind that is a list: ownership, comparison, merging, text, and streams of every sort of corruption.
 // Vectors of an object, changed in place, are tested with objects.
 #include "framework/data_types.h"
+#include "tests/support/unregistered_value.h"
 #include "util/bytes.h"
 
 #include <kelm/property.h>
@@ -54,19 +55,13 @@ protected:
 };
 
 /// A value that tells when it is freed.
-class counted final : public abstract_property {
+class counted final : public test::unregistered_value {
 public:
     counted() { ++alive; }
-    counted(const counted& other) : abstract_property(other) { ++alive; }
+    counted(const counted& other) : unregistered_value(other) { ++alive; }
     counted& operator=(const counted&) = delete;
     ~counted() override { --alive; }
     owned<abstract_property*> clone() const override { return new counted(*this); }
-    bool equals(const abstract_property* other) const override { return other == this; }
-    std::string to_string() const override { return "counted"; }
-    void to_string(std::string& out) const override { out = "counted"; }
-    void from_string(const std::string&) override {}
-    void write(std::ostream&) const override {}
-    void read(std::istream&, std::vector<reference_record>&, object*) override {}
 
     inline static int alive = 0;
 };

@@ -11,6 +11,13 @@ protected:
     model_impl& inside() { return static_cast<model_impl&>(*model); }
     message_history_impl& log() { return inside().log(); }
     bool add_end() { return log().add_message(std::make_unique<tran_end_message_impl>(&inside())); }
+    /// Answers the first end that is told from now on with a transaction of its own.
+    void answer_an_end() {
+        listen();
+        ear.meanwhile = [this, left = 1](message* what) mutable {
+            if (what->type() == message_type::tran_end && left-- > 0) change("answer");
+        };
+    }
 };
 
 TEST_F(history_adding, a_message_of_any_kind_ends_the_possibility_of_redo) {
@@ -192,11 +199,7 @@ TEST_F(history_adding, nobody_asks_what_those_answer_who_hear_an_end) {
 }
 
 TEST_F(history_adding, who_hears_an_end_may_answer_with_a_transaction_of_its_own) {
-    listen();
-    int left = 1;
-    ear.meanwhile = [&](message* what) {
-        if (what->type() == message_type::tran_end && left-- > 0) change("answer");
-    };
+    answer_an_end();
     change("x");
     EXPECT_EQ(message_types(), "1 7 2 1 7 2");
     EXPECT_EQ(model->undo_name(), "answer");
@@ -206,11 +209,7 @@ TEST_F(history_adding, who_hears_an_end_may_answer_with_a_transaction_of_its_own
 }
 
 TEST_F(history_adding, so_may_who_hears_the_end_of_an_empty_one) {
-    listen();
-    int left = 1;
-    ear.meanwhile = [&](message* what) {
-        if (what->type() == message_type::tran_end && left-- > 0) change("answer");
-    };
+    answer_an_end();
     begin("empty");
     EXPECT_EQ(model->end_transaction(), nullptr);
     EXPECT_EQ(message_types(), "1 7 2");

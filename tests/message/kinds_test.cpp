@@ -187,15 +187,9 @@ TEST_F(message_kinds, are_walked_past_observers_that_refuse) {
     forget();
     const std::string before = dump();
     changed_everything();
-    const std::string after = dump();
     listen({root, a, b, c, first, second, made});
     ears.answer = false;
-    for (int round = 0; round != 2; ++round) {
-        model->undo();
-        EXPECT_EQ(dump(), before);
-        model->redo();
-        EXPECT_EQ(dump(), after);
-    }
+    expect_undone_and_redone(before);
 }
 
 TEST_F(message_kinds, answer_true_to_undo_and_redo) {

@@ -2,6 +2,7 @@
 // Which values a message has is told by the tests of its record.
 #include "message/value_record.h"
 #include "tests/message/record_world.h"
+#include "tests/support/unregistered_value.h"
 
 #include <gtest/gtest.h>
 
@@ -12,15 +13,16 @@ class value_record : public record_world {
 protected:
     std::string bytes_of(const abstract_property* value, bool owned) {
         std::ostringstream out;
-        write_context to{out, positions, false, a};
-        write_message_value(value, owned, to);
+        binary_out to{out};
+        write_message_value(value, owned, props::number, to, positions);
         failed = !out;
         return hex(out.str());
     }
     void read_into(value_custody& out, const std::string& bytes, const value_place& where) {
         std::istringstream in{bytes};
-        read_context from{in, earlier, model, references, fixups, {8, 0}};
-        read_message_value(out, *self, where, from);
+        read_context from{earlier, model, references, fixups, {8, 0}};
+        binary_in fields{in};
+        read_message_value(out, *self, where, fields, from);
         failed = !in;
     }
 
@@ -62,20 +64,8 @@ TEST_F(value_record, value_that_a_message_owns_is_named_by_three_numbers) {
     EXPECT_EQ(bytes_of(&seven, false), hex(stored_fields{}.shared_value(3, 1, 2).bytes()));
 }
 
-/// A kind that nobody has registered.
-class unknown_value final : public abstract_property {
-public:
-    owned<abstract_property*> clone() const override { return new unknown_value; }
-    bool equals(const abstract_property*) const override { return false; }
-    std::string to_string() const override { return {}; }
-    void to_string(std::string& out) const override { out.clear(); }
-    void from_string(const std::string&) override {}
-    void write(std::ostream&) const override {}
-    void read(std::istream&, std::vector<reference_record>&, object*) override {}
-};
-
 TEST_F(value_record, value_that_nobody_could_read_back_fails_the_stream) {
-    const unknown_value value;
+    const unregistered_value value;
     EXPECT_EQ(bytes_of(&value, true), "");
     EXPECT_TRUE(failed);
     EXPECT_EQ(bytes_of(&value, false), "01 00 ff ff ff ff ");

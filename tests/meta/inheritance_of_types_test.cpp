@@ -6,7 +6,22 @@ namespace kelm::test {
 
 namespace {
 
-class inheritance_of_types : public meta_types {};
+class inheritance_of_types : public meta_types {
+protected:
+    /// Forty diamonds, one on the other: there are 2^40 ways from the last type to the first.
+    /// \returns the last type
+    meta_object& diamonds_on(meta_object& first) {
+        meta_object* top = &first;
+        for (u32 i = 0; i != 40; ++i) {
+            meta_object& left = add_type_of(*top, 1001 + 3 * i);
+            meta_object& right = add_type_of(*top, 1002 + 3 * i);
+            meta_object& next = add_type_of(left, 1003 + 3 * i);
+            next.add_base_type(&right);
+            top = &next;
+        }
+        return *top;
+    }
+};
 
 TEST_F(inheritance_of_types, types_are_kept_ascending_by_id) {
     for (const u32 id : {30U, 10U, 20U, 5U}) add_type(id);
@@ -244,14 +259,7 @@ TEST_F(inheritance_of_types, a_circle_of_bases_is_not_closed) {
 }
 
 TEST_F(inheritance_of_types, many_diamonds_are_asked_quickly) {
-    meta_object* top = &add_type(1000);
-    for (u32 i = 0; i != 40; ++i) {
-        meta_object& left = add_type_of(*top, 1001 + 3 * i);
-        meta_object& right = add_type_of(*top, 1002 + 3 * i);
-        meta_object& next = add_type_of(left, 1003 + 3 * i);
-        next.add_base_type(&right);
-        top = &next;
-    }
+    const meta_object* const top = &diamonds_on(add_type(1000));
     EXPECT_TRUE(top->has_base_type(1000, true));
     EXPECT_FALSE(top->has_base_type(1, true));
     EXPECT_FALSE(top->is_base_of(1000));
@@ -259,14 +267,7 @@ TEST_F(inheritance_of_types, many_diamonds_are_asked_quickly) {
 
 TEST_F(inheritance_of_types, many_diamonds_without_anything_to_inherit_are_read_quickly) {
     meta_object* const first = &add_type(1000);
-    meta_object* top = first;
-    for (u32 i = 0; i != 40; ++i) {
-        meta_object& left = add_type_of(*top, 1001 + 3 * i);
-        meta_object& right = add_type_of(*top, 1002 + 3 * i);
-        meta_object& next = add_type_of(left, 1003 + 3 * i);
-        next.add_base_type(&right);
-        top = &next;
-    }
+    const meta_object* const top = &diamonds_on(*first);
     EXPECT_EQ(text_of(*top, attribute_id::internal), "none");
     EXPECT_EQ(top->attributes().size(), 1U);
     EXPECT_FALSE(top->has_property(1));

@@ -37,14 +37,10 @@ TEST_F(child_order_test, moves_inside_the_run_of_the_type) {
         begin();
         EXPECT_TRUE(owner->set_child_position(r.child, r.to));
         end();
-        const std::string after = dump();
         EXPECT_EQ(names_of(owner->children()), r.order);
         EXPECT_EQ(message_types(), "1 17 2");
         EXPECT_NE(heard.take().find(r.described), std::string::npos);
-        model->undo();
-        EXPECT_EQ(dump(), before);
-        model->redo();
-        EXPECT_EQ(dump(), after);
+        expect_undone_and_redone(before);
         model->undo();
         model->clear_history();
     }

@@ -96,13 +96,7 @@ TEST_F(deletion_told_test, of_a_subtree_with_all_its_links) {
         EXPECT_FALSE(model->message_at(i)->is_user_created()) << i;
     EXPECT_TRUE(model->message_at(1)->is_user_created());
     EXPECT_FALSE(fw.in_semantic());
-    const std::string after = dump();
-    model->undo();
-    EXPECT_EQ(dump(), before);
-    model->redo();
-    EXPECT_EQ(dump(), after);
-    model->undo();
-    EXPECT_EQ(dump(), before);
+    expect_undone_and_redone(before);
 }
 
 TEST_F(deletion_told_test, of_vectors_that_refer_to_what_goes) {
@@ -132,13 +126,8 @@ TEST_F(deletion_told_test, of_vectors_that_refer_to_what_goes) {
         EXPECT_TRUE(fw.delete_object(a));
         end();
         EXPECT_EQ(message_types(), std::string("1 ") + r.messages + " 2");
-        const std::string after = dump();
+        expect_undone_and_redone(before);
         model->undo();
-        EXPECT_EQ(dump(), before);
-        model->redo();
-        EXPECT_EQ(dump(), after);
-        model->undo();
-        EXPECT_EQ(dump(), before);
     }
 }
 

@@ -87,6 +87,38 @@ TEST(id_map_test, may_lose_entries_while_it_is_walked) {
     EXPECT_EQ(map.size(), 0u);
 }
 
+// A stream may ask for any ids: what they cost must not exceed by far what it took to ask.
+TEST(id_map_test, takes_ids_that_are_far_apart_and_the_dense_ones_that_reach_them) {
+    id_map map;
+    std::map<u32, object_impl*> expected;
+    const auto enter = [&](u32 id) {
+        ASSERT_EQ(map.enter(id, object_number(id % 7)), expected.emplace(id, object_number(id % 7)).second);
+    };
+    for (u32 i = 0; i != 2000; ++i) enter(i * 5000 + 5);
+    EXPECT_EQ(contents(map), expected);
+    for (u32 id = 0; id != 30000; ++id) enter(id); // the pages grow over some of those before
+    EXPECT_EQ(contents(map), expected);
+    for (const auto& [id, what] : expected) ASSERT_EQ(map.find(id), what) << id;
+    for (const u32 id : {5u, 20005u, 25005u, 5000005u}) {
+        map.leave(id, expected[id]);
+        ASSERT_EQ(map.find(id), nullptr) << id;
+        ASSERT_TRUE(map.enter(id, expected[id])) << id;
+    }
+    EXPECT_EQ(contents(map), expected);
+}
+
+TEST(id_map_test, id_that_comes_back_while_the_map_is_walked_keeps_its_place) {
+    id_map map;
+    for (const u32 id : {7u, 4000000u, 4000001u, 4100000u}) map.enter(id, object_number(id % 7));
+    std::vector<u32> visited;
+    map.for_each([&](u32 id, object_impl* what) {
+        visited.push_back(id);
+        map.leave(id, what);
+        EXPECT_TRUE(map.enter(id, what));
+    });
+    EXPECT_EQ(visited, (std::vector<u32>{7, 4000000, 4000001, 4100000}));
+}
+
 TEST(id_map_test, behaves_like_an_ordered_map) {
     std::mt19937 random{5};
     id_map map;

@@ -25,14 +25,8 @@ protected:
     void expect_reversible(const std::function<bool()>& what) {
         const std::string before = dump();
         ASSERT_TRUE(change(what));
-        const std::string after = dump();
-        EXPECT_NE(after, before);
-        for (int round = 0; round != 2; ++round) {
-            model->undo();
-            EXPECT_EQ(dump(), before);
-            model->redo();
-            EXPECT_EQ(dump(), after);
-        }
+        EXPECT_NE(dump(), before);
+        expect_undone_and_redone(before);
     }
 
     object *const a, *const b, *const c, *const d;

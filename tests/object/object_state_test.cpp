@@ -51,11 +51,7 @@ TEST_F(object_state_test, hooks_of_the_making_may_fill_it) {
     ASSERT_TRUE(made);
     EXPECT_EQ(message_types(), "1 4 7 4 14 14 2");
     EXPECT_EQ(made->child_count(types::part), 1u);
-    const std::string after = dump();
-    model->undo();
-    EXPECT_EQ(dump(), before);
-    model->redo();
-    EXPECT_EQ(dump(), after);
+    expect_undone_and_redone(before);
 }
 
 TEST_F(object_state_test, a_refused_making_leaves_nothing_behind_a_rollback) {

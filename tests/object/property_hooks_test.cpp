@@ -324,7 +324,18 @@ TEST_F(property_hooks, are_found_by_kind_and_by_id) {
     EXPECT_EQ(h->find_semantic(1008)->type(), 8);
     EXPECT_EQ(plain->find_semantic(8)->type(), 5) << "the default of user-defined properties";
     EXPECT_EQ(plain->find_semantic(1008), nullptr);
-    EXPECT_FALSE(root->semantics_of_kind(41, found)) << "a model holds the hooks of its own type";
+}
+
+TEST_F(property_hooks, a_model_holds_the_hooks_of_its_own_type) {
+    object* const h = hooked("h");
+    std::vector<shared_ptr<semantic>> found;
+    std::vector<shared_ptr<semantic>> of_its_type; // none, unless another test has added some
+    const meta_object* const type = fw.application_meta_model()->find_meta_object(type_id::model);
+    ASSERT_TRUE(h->semantics_of_kind(41, found));
+    EXPECT_EQ(root->semantics_of_kind(41, found), type->semantics_of_kind(41, of_its_type));
+    EXPECT_EQ(found, of_its_type);
+    ASSERT_TRUE(h->find_semantic(1041));
+    EXPECT_EQ(root->find_semantic(1041), nullptr);
 }
 
 } // namespace kelm::test

@@ -97,11 +97,7 @@ TEST_F(references_test, go_with_their_target_and_come_back_with_it) {
     EXPECT_FALSE(holder->defines_property(778));
     EXPECT_EQ(message_types(), "1 5 15 10 16 10 11 11 10 6 2");
     EXPECT_TRUE(target->referencing_objects().empty());
-    const std::string after = dump();
-    model->undo();
-    EXPECT_EQ(dump(), before);
-    model->redo();
-    EXPECT_EQ(dump(), after);
+    expect_undone_and_redone(before);
 }
 
 TEST_F(references_test, of_what_is_deleted_as_well_go_with_it) {

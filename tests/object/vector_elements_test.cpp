@@ -98,14 +98,8 @@ TEST_F(vector_elements, are_changed_in_place_told_and_undone) {
         EXPECT_EQ(list(a), row.list_after);
         EXPECT_EQ(ears.take(), row.heard);
         EXPECT_EQ(lines(), row.heard);
-        const std::string after = dump();
         if (row.done) {
-            for (int round = 0; round != 2; ++round) {
-                model->undo();
-                EXPECT_EQ(dump(), before);
-                model->redo();
-                EXPECT_EQ(dump(), after);
-            }
+            expect_undone_and_redone(before);
             model->undo();
         }
         EXPECT_EQ(dump(), before);

@@ -1,5 +1,6 @@
 // A model's log in its stream: what comes back, what it can undo, and a log performed on another model.
 // The fields of single messages are told by the tests of their records.
+#include "tests/persistence/every_change.h"
 #include "tests/persistence/stream_world.h"
 
 #include <kelm/message_history.h>
@@ -8,74 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace kelm::test {
 namespace {
 
-/// \returns the descriptions of all messages, one a line
-std::string told_by(kelm::model& of) {
-    std::string out;
-    std::string words;
-    for (std::size_t i = 0; i != of.message_count(); ++i) {
-        message& each = *of.message_at(i);
-        out += std::to_string(each.type()) + (each.is_user_created() ? " " : " by the library ") +
-               each.to_string(words) + "\n";
-    }
-    return out;
-}
-
-class history_stream : public stream_world {
-protected:
-    void change(const std::function<void()>& what) {
-        begin();
-        what();
-        end();
-    }
-    /// One transaction of each sort of change.
-    void change_everything() {
-        change([&] {
-            object* const made = fw.create_object(types::part, a);
-            ASSERT_TRUE(made);
-            ASSERT_TRUE(made->set_property(props::name, text("made")));
-        });
-        change([&] {
-            vector_property list;
-            for (const int each : {1, 2, 3}) list.elements.push_back(new property<int>{each});
-            ASSERT_TRUE(a->set_property(props::list, list));
-        });
-        change([&] { ASSERT_TRUE(a->set_vector_element(props::list, number(9), 1)); });
-        change([&] { ASSERT_TRUE(a->insert_vector_element(props::list, number(8), 0)); });
-        change([&] { ASSERT_TRUE(a->move_vector_element(props::list, 0, 2)); });
-        change([&] { ASSERT_TRUE(a->delete_vector_element(props::list, 1)); });
-        change([&] { ASSERT_TRUE(a->set_property(props::text, text("first"))); });
-        change([&] { ASSERT_TRUE(a->set_property(props::text, text("second"))); });
-        change([&] { ASSERT_TRUE(b->add_inherits_from(a)); });
-        change([&] { ASSERT_TRUE(b->set_property(props::text, text("own"))); });
-        change([&] { ASSERT_TRUE(b->insert_inherits_from(c, 0)); });
-        change([&] { ASSERT_TRUE(b->set_inherits_from_position(c, 1)); });
-        change([&] { ASSERT_TRUE(b->cancel_inherits_from(c)); });
-        change([&] { ASSERT_TRUE(b->replace_inherits_from(c, a)); });
-        change([&] { ASSERT_TRUE(a->set_property_not_inheritable(props::number, true)); });
-        change([&] { ASSERT_TRUE(c->set_property(props::reference, reference(a))); });
-        change([&] { ASSERT_TRUE(a->attach(dynamic_cast<observer*>(c))); });
-        change([&] { ASSERT_TRUE(b->set_owner(c)); });
-        change([&] { ASSERT_TRUE(a->set_child_position(a->children().front(), 0)); });
-        change([&] {
-            const auto now = number(2);
-            const auto before = number(1);
-            ASSERT_TRUE(a->refresh_property(props::number, &now, &before));
-            ASSERT_TRUE(a->refresh_property(props::number, nullptr, &now));
-        });
-        change([&] { ASSERT_TRUE(a->delete_property(props::text)); });
-        change([&] { ASSERT_TRUE(a->detach_object(c)); });
-        change([&] { ASSERT_TRUE(fw.delete_object(a)); });
-    }
-
-    object* a = thing("a");
-    object* b = thing("b");
-    object* c = thing("c");
-};
+class history_stream : public every_change<stream_world> {};
 
 TEST_F(history_stream, comes_back_message_by_message) {
     change_everything();

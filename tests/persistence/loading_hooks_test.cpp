@@ -1,6 +1,7 @@
 // The hooks of models that take part in reading: those for a newer version, and those behind loading.
 // All other hooks stay silent while a model is read.
 #include "tests/persistence/stream_world.h"
+#include "tests/support/dom_document.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@ namespace {
 
 /// What the hooks below do, and what they were told.
 struct loading {
+    static inline bool watched = false; ///< else they pass and do nothing, as in the tests of other files
     static inline std::vector<std::string> told;
     static inline bool answer = true;
     static inline std::function<void(kelm::model*)> also;
@@ -23,6 +25,7 @@ class newer final : public read_newer_model_semantic {
 public:
     u32 id() const override { return Id; }
     bool do_it(u32 version, u32 minor_version) override {
+        if (!loading::watched) return true;
         loading::told.push_back("newer " + std::to_string(version) + "." + std::to_string(minor_version) +
                                 (framework::instance().in_semantic() ? " marked" : ""));
         return loading::answer;
@@ -34,6 +37,7 @@ class loaded final : public post_model_load_semantic {
 public:
     u32 id() const override { return Id; }
     bool do_it(kelm::model* which, u32 version, u32 minor_version) override {
+        if (!loading::watched) return true;
         loading::told.push_back("loaded " + std::to_string(version) + "." + std::to_string(minor_version) +
                                 " with " + names_of(which->as_object()->children()) +
                                 (framework::instance().in_semantic() ? " marked" : ""));
@@ -53,10 +57,10 @@ protected:
                    type->add_semantic(new loaded<3102>) && type->add_semantic(new loaded<3103>);
         }();
         EXPECT_TRUE(done);
-        loading::told.clear();
-        loading::answer = true;
+        loading::watched = true;
     }
     ~with_loading_hooks() {
+        loading::watched = false;
         loading::told.clear();
         loading::answer = true;
         loading::also = nullptr;
@@ -107,6 +111,34 @@ TEST_F(loading_hooks, may_change_the_model_and_leave_nothing_to_undo) {
     EXPECT_EQ(as_text(copy->as_object()->children().front()->get_property(props::text)), "mended");
     EXPECT_FALSE(copy->can_undo());
     EXPECT_FALSE(copy->is_modified());
+}
+
+TEST_F(loading_hooks, run_for_documents_as_for_streams) {
+    thing("a");
+    const dom_document document;
+    ASSERT_TRUE(model->write(nullptr, true, 0, false, document.root()));
+    const auto read_by = [&](u32 version) {
+        loading::told.clear();
+        object* const made = fw.create_object(type_id::model, nullptr);
+        made->model()->meta_model()->set_version(version);
+        const bool was_read = made->model()->read(nullptr, document.root());
+        const bool was_marked = fw.in_semantic();
+        fw.set_in_semantic(false);
+        fw.delete_object(made);
+        fw.set_in_semantic(was_marked);
+        return was_read;
+    };
+    EXPECT_TRUE(read_by(newest_version));
+    EXPECT_EQ(loading::told,
+              (std::vector<std::string>{"loaded 8.0 with a marked", "loaded 8.0 with a marked"}));
+    EXPECT_FALSE(read_by(newest_version - 1));
+    EXPECT_EQ(loading::told, (std::vector<std::string>{"newer 8.0 marked", "newer 8.0 marked"}));
+    EXPECT_FALSE(fw.in_semantic());
+    loading::answer = false;
+    EXPECT_FALSE(read_by(newest_version));
+    EXPECT_EQ(loading::told.size(), 1U) << "the first refusal is the last word";
+    EXPECT_TRUE(fw.in_semantic());
+    fw.set_in_semantic(false);
 }
 
 } // namespace

@@ -253,7 +253,7 @@ TEST_F(model_stream, every_shorter_stream_is_refused_and_leaves_a_sound_model) {
 }
 
 /// The stream of an empty model with another tree.
-class hostile_stream : public model_stream {
+class broken_stream : public model_stream {
 protected:
     bool load_tree(const stored_fields& tree) {
         return load(saved().substr(0, tree_begins()) + tree.bytes() + '\0');
@@ -263,7 +263,7 @@ protected:
     }
 };
 
-TEST_F(hostile_stream, types_that_cannot_be_inside_a_model_are_refused) {
+TEST_F(broken_stream, types_that_cannot_be_inside_a_model_are_refused) {
     const std::size_t open = fw.models().size();
     for (const u32 type : {type_id::library, type_id::model, types::abstract, 4711U, 0U}) {
         SCOPED_TRACE(type);
@@ -272,7 +272,7 @@ TEST_F(hostile_stream, types_that_cannot_be_inside_a_model_are_refused) {
     }
 }
 
-TEST_F(hostile_stream, counts_that_nothing_backs_are_refused_at_once) {
+TEST_F(broken_stream, counts_that_nothing_backs_are_refused_at_once) {
     EXPECT_FALSE(load_tree(stored_fields{}.word(1).word(npos32)));
     EXPECT_FALSE(load_tree(stored_fields{}.word(1).word(0).word(npos32)));
     EXPECT_FALSE(load_tree(stored_fields{}.word(1).word(0).word(0).word(npos32)));
@@ -280,13 +280,13 @@ TEST_F(hostile_stream, counts_that_nothing_backs_are_refused_at_once) {
     EXPECT_FALSE(load_tree(stored_fields{}.word(1).word(0).word(0).word(0).word(0).word(npos32)));
 }
 
-TEST_F(hostile_stream, a_property_that_comes_twice_is_refused) {
+TEST_F(broken_stream, a_property_that_comes_twice_is_refused) {
     stored_fields tree;
     tree.word(1).word(2).word(props::name).word(6).text("x").word(props::name).word(6).text("y");
     EXPECT_FALSE(load_tree(tree.word(0).word(0).word(0).word(0)));
 }
 
-TEST_F(hostile_stream, an_id_that_comes_twice_stays_with_the_first) {
+TEST_F(broken_stream, an_id_that_comes_twice_stays_with_the_first) {
     stored_fields tree = root_with(2);
     for (const char* name : {"first", "second"})
         tree.word(types::thing)
@@ -304,7 +304,7 @@ TEST_F(hostile_stream, an_id_that_comes_twice_stays_with_the_first) {
     EXPECT_EQ(copy->as_object()->children().size(), 2U);
 }
 
-TEST_F(hostile_stream, circles_of_bases_are_left_open) {
+TEST_F(broken_stream, circles_of_bases_are_left_open) {
     stored_fields tree = root_with(2);
     tree.word(types::thing).word(7).word(0).word(0).word(3).word(8).word(7).word(8).word(0).word(0);
     tree.word(types::thing).word(8).word(0).word(0).word(1).word(7).word(0).word(0);
@@ -313,7 +313,7 @@ TEST_F(hostile_stream, circles_of_bases_are_left_open) {
     EXPECT_TRUE(copy->find_object(8)->inherits_from_list(0).empty());
 }
 
-TEST_F(hostile_stream, trees_deeper_than_the_stack_are_read_and_written) {
+TEST_F(broken_stream, trees_deeper_than_the_stack_are_read_and_written) {
     constexpr u32 depth = 100000;
     stored_fields tree = root_with(1);
     for (u32 i = 0; i != depth; ++i)
@@ -326,4 +326,18 @@ TEST_F(hostile_stream, trees_deeper_than_the_stack_are_read_and_written) {
 }
 
 } // namespace
+TEST_F(model_stream, keeps_references_in_attributes_of_user_defined_properties_null) {
+    begin();
+    meta_object* const type = model->meta_model()->find_meta_object(types::thing);
+    meta_property* const made = model->add_user_defined_property(types::thing, "u", data_type::string, "", 0);
+    ASSERT_TRUE(
+        model->set_user_defined_property_attribute(type, made, attribute_id::default_value, reference(root)));
+    end();
+    ASSERT_TRUE(load(saved()));
+    const meta_property* const read = copy->meta_model()->find_meta_object(types::thing)->find_property("u");
+    const value_ptr value = read->attribute_value(attribute_id::default_value);
+    ASSERT_NE(dynamic_cast<const property<object*>*>(value.get()), nullptr);
+    EXPECT_EQ(dynamic_cast<const property<object*>&>(*value).value, nullptr);
+}
+
 } // namespace kelm::test

@@ -1,6 +1,6 @@
 // Filters: what each leaves out, alone and combined, asked directly and through listings.
 // How a listing takes a filter is listing_test.
-#include "tests/support/world.h"
+#include "tests/support/family.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -23,21 +23,9 @@ private:
     bool answer_;
 };
 
-/// Leaves out the objects whose name is longer than a letter.
-class long_names final : public filter {
-public:
-    bool do_it(const object* candidate) const override { return object_name(candidate).size() > 1; }
-};
-
-class filters_test : public world {
+class filters_test : public family {
 protected:
-    object* const owner = thing("owner");
-    object* const a = thing("a", owner);
-    object* const long_a = thing("aa", owner);
-    object* const b = part("b", owner);
-    object* const long_b = part("bb", owner);
     object* const c = make(types::other, "c", owner);
-    object* const special = make(types::special_thing, "s", owner);
 
     std::string passing(filter& by) const { return names_of(owner->children(&by)); }
 };

@@ -45,6 +45,49 @@ TEST(laws, of_streams_hold_in_histories_of_values_and_trees) { hold_laws({.store
 
 TEST(laws, of_streams_hold_in_histories_with_bases) { hold_laws({.bases = true, .stored = true}); }
 
+TEST(laws, of_streams_hold_in_histories_with_user_defined_properties) {
+    hold_laws({.bases = true, .definitions = true, .stored = true});
+}
+
+// The same calls make the same bytes, wherever memory puts things.  `same_bytes` compares the digest between processes.
+
+TEST(laws, of_repetition_hold_in_all_histories) {
+    const u64 runs = from_environment("KELM_RANDOM_RUNS", 600) / 6 + 1;
+    const u64 first = from_environment("KELM_RANDOM_SEED", 1);
+    u64 digest = 14695981039346656037U;
+    for (const history_mix mix : {history_mix{.repeated = true},
+                                  {.bases = true, .repeated = true},
+                                  {.bases = true, .definitions = true, .repeated = true}})
+        for (u64 seed = first; seed != first + runs; ++seed) {
+            const std::size_t steps = 10 + seed % 60;
+            const played_history once = play_for_bytes(seed, steps, mix);
+            const played_history again = play_for_bytes(seed, steps, mix);
+            ASSERT_EQ(once.steps, again.steps) << "seed " << seed;
+            ASSERT_TRUE(once.bytes == again.bytes) << "seed " << seed << '\n'
+                                                   << first_difference(once.bytes, again.bytes) << once.steps;
+            for (const char each : once.bytes)
+                digest = (digest ^ static_cast<unsigned char>(each)) * 1099511628211U;
+        }
+    std::cout << "[ digest   ] " << digest << '\n';
+}
+
+// A log of what the user did is a script.
+
+TEST(laws, of_replay_hold_in_histories_of_values_and_trees) { hold_laws({.replayed = true}); }
+
+TEST(laws, of_replay_hold_in_histories_with_bases) { hold_laws({.bases = true, .replayed = true}); }
+
+TEST(laws, of_replay_are_held_against_most_histories) {
+    int replayed = 0;
+    for (u64 seed = 1; seed != 101; ++seed) {
+        random_run run{seed, {.bases = true, .replayed = true}};
+        for (int i = 0; i != 20; ++i) run.step();
+        run.finish();
+        replayed += run.was_replayed();
+    }
+    EXPECT_GT(replayed, 50);
+}
+
 // What is heard of a model equals what is there.  Where messages cannot tell, see `shadow_model` and `random_run`.
 
 TEST(laws, of_what_is_heard_hold_in_histories_of_values_and_trees) { hold_laws({.shadowed = true}); }

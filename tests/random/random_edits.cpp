@@ -10,6 +10,8 @@ namespace kelm::test {
 
 namespace {
 
+bool has_targets(const abstract_property* value) { return dump_text(value).find('#') != std::string::npos; }
+
 constexpr u32 value_ids[] = {props::definition, props::text, props::number,         props::flag,
                              props::reference,  props::list, props::not_inheritable};
 
@@ -47,7 +49,9 @@ random_run::random_run(u64 seed, history_mix mix)
     root_->attach(&ears_->moody);
     states_.push_back(state());
     program_hooks();
-    if (one_in(4)) {
+    if (mix_.replayed) {
+        remember_start();
+    } else if (one_in(4)) {
         const int limit = static_cast<int>(numbers_.below(4)) + 1;
         note("model->set_undo_levels(" + std::to_string(limit) + ")");
         model_->set_undo_levels(limit);
@@ -115,11 +119,9 @@ std::unique_ptr<abstract_property> random_run::value(bool may_be_list) {
     switch (numbers_.below(may_be_list ? 7 : 6)) {
     case 0: return std::make_unique<property<std::string>>(std::string(numbers_.below(40), 'x'));
     case 1: return std::make_unique<property<int>>(number);
-    case 2:
-        return std::make_unique<property<double>>(mix_.stored ? 1.5
-                                                              : std::numeric_limits<double>::quiet_NaN());
+    case 2: return std::make_unique<property<double>>(std::numeric_limits<double>::quiet_NaN());
     case 3:
-    case 4: return std::make_unique<property<object*>>(one_in(6) && !mix_.stored ? nullptr : any());
+    case 4: return std::make_unique<property<object*>>(one_in(6) ? nullptr : any());
     case 5: return std::make_unique<counted_value>(number);
     default: break;
     }
@@ -136,6 +138,7 @@ void random_run::step() {
 }
 
 void random_run::step_outside() {
+    if (mix_.replayed) return begin();
     switch (numbers_.below(20)) {
     case 0:
     case 1:
@@ -154,7 +157,7 @@ void random_run::step_outside() {
 }
 
 void random_run::step_inside() {
-    switch (numbers_.below(30)) {
+    switch (mix_.replayed ? 3 * numbers_.below(10) : numbers_.below(30)) {
     case 0: return levels_.size() < 4 ? begin() : end();
     case 1:
         note("model->rollback_transaction()");
@@ -223,6 +226,7 @@ void random_run::edit_tree() {
         owner->remove_child(what);
         return;
     case 4:
+        if (mix_.replayed && owner->state() == state::deleted) return;
         note(name_of(owner) + "->add_child(" + name_of(what) + ")");
         owner->add_child(what);
         return;
@@ -263,12 +267,16 @@ void random_run::edit_value() {
         what->refresh_property(id, now.get(), then.get());
     } else {
         const auto next = value(true);
+        if (mix_.stored && what->type() == type_id::user_defined_property && has_targets(next.get())) return;
+        if (mix_.replayed && dynamic_cast<const vector_property*>(next.get()) && has_targets(next.get()))
+            return;
         note(call + "set_property(" + number + ", " + code_of(*next) + ")");
         what->set_property(id, *next);
     }
 }
 
 void random_run::edit_element() {
+    if (mix_.replayed) return;
     object* const what = any();
     if (mix_.stored && !has_declared(*what, props::list)) return;
     const auto list = what->get_own_property(props::list);

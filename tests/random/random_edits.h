@@ -62,6 +62,8 @@ struct history_mix {
     bool definitions = false; ///< of user-defined properties
     bool stored = false;      ///< written and read again; leaves out what streams do not tell
     bool shadowed = false;    ///< compared with what is heard of it; leaves out what cannot be heard
+    bool replayed = false;    ///< performed again on a twin; leaves out what a log for replay does not tell
+    bool repeated = false;    ///< played more than once; leaves out what addresses decide
 };
 
 /// One history of a fresh model.  Every step is random; the laws are checked whenever a transaction ends, is undone,
@@ -80,8 +82,18 @@ struct history_mix {
 /// Left out of stored histories, since a stream does not tell it:
 /// - values that the object's type does not declare;
 /// - children that were taken out of the tree and live on;
-/// - which element of a list is meant where it does not equal itself, as NaN and null references do not;
+/// - references in values of definitions: as attributes of what these make they are read as null;
 /// - a base that is added twice, which undo takes for one that came.
+/// Left out of repeated histories, since addresses decide who is asked or told first:
+/// - what objects do when they hear of another one: those who observe it are told in the order of their addresses;
+/// - with bases, whatever hooks and observers do besides: inheritors are asked and told in that order.
+/// Left out of replayed histories:
+/// - undo, redo and rollback on purpose, and a limit on undo; a history that something else rolls back is not replayed
+///   when ids were used up in what has gone;
+/// - elements of lists, and lists that lose elements as their targets are deleted: a list that is set is written as it
+///   is today, so that what is done to it later would be done twice;
+/// - adding a child to a deleted object, which the log tells by an id that the twin does not know any more;
+/// - what hooks and observers do besides.
 /// Left out of shadowed histories, since messages do not tell it:
 /// - refresh_property, which is told as if a value had been set or deleted;
 /// - the deletion of a child that its owner does not list once that owner is deleted: the undo tells nobody;
@@ -96,6 +108,10 @@ public:
     void step();
     /// Ends what is open, undoes everything and redoes everything.
     void finish();
+    /// Ends what is open.  \returns the stream of the model with its history, without the model's random identity
+    std::string bytes();
+    /// \returns whether the history could be replayed
+    bool was_replayed() const { return was_replayed_; }
     /// Closes the model.
     void close();
     /// \returns what was broken; empty while all laws hold
@@ -131,6 +147,8 @@ private:
     void check_present();
     void check_links();
     void check_stored();
+    void remember_start();
+    void check_replayed();
     bool has_declared(const object& what, u32 id) const;
     std::size_t open_levels() const;
     object* any();
@@ -138,6 +156,8 @@ private:
     object* any_definition();
     u32 any_value_id();
     std::unique_ptr<abstract_property> value(bool may_be_list);
+    /// \returns whether hooks and observers just listen
+    bool is_calm() const { return mix_.replayed || (mix_.repeated && mix_.bases); }
     void note(const std::string& step) { steps_.push_back(step); }
     bool one_in(std::size_t n) { return numbers_.one_in(n); }
 
@@ -154,6 +174,9 @@ private:
     std::size_t at_ = 0;              // where in them the model stands
     std::vector<std::string> steps_;
     std::string failure_;
+    std::string start_; // the stream of a replayed model before its history
+    u32 start_id_ = 0;
+    bool was_replayed_ = false;
 };
 
 /// \returns a text of a value as code
@@ -161,8 +184,18 @@ std::string code_of(const abstract_property& value);
 /// \returns the name of an object in code
 std::string name_of(const object* what);
 
+/// What came of a history.
+struct played_history {
+    std::string steps; ///< a line each, behind what was broken
+    std::string bytes; ///< that random_run::bytes() tells
+};
+
+/// Plays a history of `steps` steps.
+played_history play_for_bytes(u64 seed, std::size_t steps, history_mix mix);
 /// Plays a history of `steps` steps.  \returns what was broken, with the steps; empty when all laws hold
 std::string play(u64 seed, std::size_t steps, history_mix mix);
+/// \returns the bytes around the place from which on two streams differ
+std::string first_difference(const std::string& wanted, const std::string& is);
 /// \returns the report of the shortest prefix of a failing history that still fails
 std::string cut(u64 seed, std::size_t steps, history_mix mix);
 

@@ -30,8 +30,10 @@ void random_run::program_hooks() {
     ears_->moody.reaction = [this] { return react("an observer"); };
     hook_program& hooks = hook_program::instance();
     hooks.clear();
+    if (is_calm()) return;
     for (int kind = update_semantic::kind; kind <= post_set_owner_semantic::kind; ++kind) {
         if ((kind >= 4 && kind <= 6) || kind == 27 || kind == 28) continue;
+        if (mix_.repeated && kind == update_semantic::kind) continue;
         hooks.on(kind, [this, kind](hook_call& call) {
             // Undo and redo ask only the hooks of objects that observe; they may neither refuse nor react.
             if (call.told && !call.told->is_first_run()) return true;

@@ -1,6 +1,7 @@
 // The shared types, the model of a test, and the canonical text of a model.
 // Everything goes through the public interface.
 #include "tests/support/world.h"
+#include "tests/support/udp_types.h"
 
 #include <algorithm>
 #include <sstream>
@@ -45,6 +46,7 @@ public:
         add_programmable_hooks(*app->find_meta_object(types::hooked));
         add_programmable_hooks(*app->find_meta_object(types::hooked_part));
         add_second_hooks(*add(types::more_hooked, "More Hooked", types::hooked));
+        udp_world::declare_types(*app);
         for (const u32 owner : {type_id::model, types::thing, types::part, types::other, types::hooked})
             for (const u32 child : {types::thing, types::part, types::other, types::hooked})
                 app->find_meta_object(owner)->add_composition(child);
@@ -145,6 +147,17 @@ object* world::make(u32 type, const std::string& name, object* owner) {
         model->clear_modified();
     }
     return made;
+}
+
+void world::expect_undone_and_redone(const std::string& before) {
+    const std::string after = dump();
+    for (int round = 0; round != 2; ++round) {
+        SCOPED_TRACE(round);
+        model->undo();
+        EXPECT_EQ(dump(), before);
+        model->redo();
+        EXPECT_EQ(dump(), after);
+    }
 }
 
 std::string world::history(std::size_t from) const {

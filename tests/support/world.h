@@ -80,6 +80,8 @@ protected:
     message* last_message() const { return model->message_at(model->message_count() - 1); }
     /// \returns a canonical text of everything in the model, back-lists included
     std::string dump() const;
+    /// Expects that undo leads back to `before`, a dump(), and redo from there to the present state, again and again.
+    void expect_undone_and_redone(const std::string& before);
 
     framework& fw;
     object* root;

@@ -1,26 +1,14 @@
 // Questions to owners, children and heirs.
 // Lists without an owner are object_lists_test.
-#include "tests/support/world.h"
+#include "tests/support/family.h"
 
 #include <kelm/object_helpers.h>
 
 namespace kelm::test {
 namespace {
 
-/// Leaves out the objects whose name is longer than a letter.
-class long_names final : public filter {
-public:
-    bool do_it(const object* candidate) const override { return object_name(candidate).size() > 1; }
-};
-
-class object_children : public world {
+class object_children : public family {
 protected:
-    object* const owner = thing("owner");
-    object* const a = thing("a", owner);
-    object* const long_a = thing("aa", owner);
-    object* const b = part("b", owner);
-    object* const long_b = part("bb", owner);
-    object* const special = make(types::special_thing, "s", owner);
     std::vector<object*> out{nullptr}; // what was in it goes
 };
 

@@ -1,0 +1,85 @@
+// A model that is written into an element of a document and read again.
+// What a document has in it, item by item, is told by the tests.
+#pragma once
+
+#include "tests/support/canonical_text.h"
+#include "tests/support/dom_document.h"
+#include "tests/support/world.h"
+
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace kelm::test {
+
+/// \returns `text` with `what` put in the place of `part`, which stands in it once
+inline std::string with(std::string text, std::string_view part, std::string_view what) {
+    const std::size_t at = text.find(part);
+    if (at == std::string::npos || text.find(part, at + 1) != std::string::npos) {
+        ADD_FAILURE() << part << " does not stand once in " << text;
+        return text;
+    }
+    return text.replace(at, part.size(), what);
+}
+
+/// \returns `text` with `what` put in front of `part`, which stands in it once
+inline std::string before(const std::string& text, std::string_view part, std::string_view what) {
+    return with(text, part, std::string{what} + std::string{part});
+}
+
+/// \returns whether `part` stands in `text`
+inline bool has(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+class document_world : public world {
+protected:
+    document_world() { model->meta_model()->set_version(version); }
+    ~document_world() override { close(); }
+
+    /// \returns the text of the element, which is called "root"
+    static std::string saved(kelm::model& which, bool with_history = false, u32 transactions = 0) {
+        const dom_document into;
+        EXPECT_TRUE(which.write(nullptr, with_history, transactions, false, into.root()));
+        return into.text();
+    }
+    std::string saved(bool with_history = false, u32 transactions = 0) const {
+        return saved(*model, with_history, transactions);
+    }
+    /// Reads into a fresh model, which takes the place of the one read before.  \returns what read() answered
+    bool load(const std::string& text, u32 known_version = version, u32 known_minor = 0) {
+        make_copy(known_version, known_minor);
+        const dom_document from{text};
+        if (!from.root_element()) ADD_FAILURE() << "no document: " << text;
+        return copy->read(nullptr, from.root());
+    }
+    /// A fresh model that nothing has been read into.
+    void make_copy(u32 known_version = version, u32 known_minor = 0) {
+        close();
+        copy = fw.create_object(type_id::model, nullptr)->model();
+        copy->meta_model()->set_version(known_version);
+        copy->meta_model()->set_minor_version(known_minor);
+    }
+    object* copied(const object* original) const { return copy->find_object(original->id()); }
+    object* copied(u32 id) const { return copy->find_object(id); }
+
+    static constexpr u32 version = 8;
+    kelm::model* copy = nullptr;
+
+private:
+    void close() {
+        if (!copy) return;
+        copy->rollback_transaction_all();
+        fw.delete_object(copy->as_object());
+        fw.set_in_semantic(false);
+        copy = nullptr;
+    }
+};
+
+/// A document of a model, with this in its element behind the types.
+inline std::string document_with(const std::string& content) {
+    return R"(<m id="1" last_id="9"><meta_model version="8" minor_version="0"><meta_objects/></meta_model>)" +
+           content + "</m>";
+}
+
+} // namespace kelm::test
