@@ -56,6 +56,14 @@ document_out document_out::inner(const char* name) const {
     return document_out{add_xml_elem(element_, name)};
 }
 
+document_out document_out::list::begin_item() const {
+    return document_out{xml_element{container_}.make(item_).get()};
+}
+
+void document_out::list::end_item(const document_out& item) const {
+    xml_element{container_}.append(xml_element{item.element()});
+}
+
 void document_out::attribute(const char* name, u32 value) {
     add_xml_att(element_, name, document_number(value));
 }

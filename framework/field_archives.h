@@ -49,6 +49,8 @@ public:
     public:
         explicit list(const binary_out& items) : out_(items.out_) {}
         binary_out next() { return binary_out{*out_}; }
+        binary_out begin_item() { return next(); }
+        void end_item(const binary_out&) {}
 
     private:
         std::ostream* out_;
@@ -151,6 +153,10 @@ public:
         /// \param container  null for a list without items
         list(void* container, const char* item) : container_(container), item_(item) {}
         document_out next() const { return document_out{container_}.inner(item_); }
+        /// An item that joins the list when it is complete: an element is put below another for the less, the fewer
+        /// stand above.
+        document_out begin_item() const;
+        void end_item(const document_out& item) const;
 
     private:
         void* container_;

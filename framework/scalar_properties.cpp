@@ -3,6 +3,7 @@
 #include "framework/property_members.h"
 #include "util/ascii.h"
 #include "util/bytes.h"
+#include "util/document_state.h"
 #include "util/text.h"
 
 #include <kelm/framework.h>
@@ -146,6 +147,7 @@ struct value_rules<std::string> : apart_from_other_kinds {
     /// Texts of the properties that the application names are escaped; without a handler none are.
     static bool is_escaped(u32 id) {
         const qdxml* const handler = framework::instance().xml_handler();
+        const document_pass of_the_application; // what it does in there is not of this document
         return handler && handler->needs_xml_processing(id);
     }
     static void write_xml(const std::string& value, void* element, u32 id) {

@@ -38,12 +38,17 @@ public:
     /// Fields that older streams lack.
     template <class Fields>
     void since(int version, int minor_version, Fields&& fields) {
-        kelm::model* const in = to_.about && !Form::is_document ? to_.about->model() : nullptr;
-        if (!in || version_of(*in).stores(version, minor_version)) fields();
+        kelm::model* const log_of = to_.positions.model;
+        kelm::model* const in = log_of || !to_.about ? log_of : to_.about->model();
+        if (Form::is_document || !in || version_of(*in).stores(version, minor_version)) fields();
     }
 
     bool for_replay() const { return to_.for_replay; }
-    bool knows(const abstract_property* value) const { return to_.positions.contains(value); }
+    /// \returns where an object's vector has the element today; npos32 when it has not, or the log itself knows
+    u32 present_position(kelm::object* holder, u32 id, const abstract_property* value) const {
+        if (to_.positions.contains(value)) return npos32;
+        return own_element_position(holder, id, value, to_.positions.elements);
+    }
 
 private:
     write_context& to_;

@@ -28,7 +28,7 @@ public:
             if constexpr (Archive::reads)
                 archive.attribute("otype", self.object_type_);
             else
-                archive.attribute("otype", self.object() ? self.object()->type() : 0);
+                archive.attribute("otype", self.object() ? self.object()->type() : self.object_type_);
         });
         if constexpr (Archive::reads) self.keep_object();
     }

@@ -4,12 +4,12 @@
 
 #include "framework/data_types.h"
 #include "framework/values.h"
+#include "message/element_index.h"
 
 #include <kelm/meta_model.h>
 #include <kelm/model.h>
 
 #include <algorithm>
-#include <iterator>
 
 namespace kelm {
 
@@ -71,13 +71,11 @@ abstract_property* resolve_value(abstract_property* value, int sub_index) {
     return list->elements[static_cast<std::size_t>(sub_index)];
 }
 
-u32 own_element_position(kelm::object* holder, u32 id, const abstract_property* value) {
+u32 own_element_position(kelm::object* holder, u32 id, const abstract_property* value, element_index* index) {
     if (!holder || !value) return npos32;
     const auto* const list = exact_cast<vector_property>(edit_of(holder)->own_value(id));
     if (!list) return npos32;
-    const auto at =
-        std::ranges::find_if(list->elements, [value](const auto* each) { return value->equals(each); });
-    return at == list->elements.end() ? npos32 : static_cast<u32>(std::distance(list->elements.begin(), at));
+    return index ? index->position(*list, *value) : element_position(*list, *value);
 }
 
 } // namespace kelm

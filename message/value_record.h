@@ -113,7 +113,8 @@ void register_value(const abstract_property* value, value_position_map& position
 /// \returns for -1 the value itself, else that element of a vector; null when there is none
 abstract_property* resolve_value(abstract_property* value, int sub_index);
 
+/// \param index  may be null: then each element is looked at
 /// \returns the first element of an object's own vector that equals `value`; npos32 when there is none
-u32 own_element_position(kelm::object* holder, u32 id, const abstract_property* value);
+u32 own_element_position(kelm::object* holder, u32 id, const abstract_property* value, element_index* index);
 
 } // namespace kelm

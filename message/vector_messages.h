@@ -79,7 +79,8 @@ public:
         owner_fields(self, archive);
         archive.number("pos", self.pos_);
         u32 present = npos32;
-        if constexpr (!Archive::reads) present = self.present_position(archive.knows(self.value_.get()));
+        if constexpr (!Archive::reads)
+            present = archive.present_position(self.real_owner(), self.property_type(), self.value_.get());
         archive.number("cur_pos", present);
         value_place where = self.place_in(nullptr, 0, present);
         where.is_element = true;
@@ -93,10 +94,6 @@ public:
 
 private:
     bool owns_value() const { return is_undone() || !was_put_in_; }
-    /// \returns where the vector has the element today; npos32 when it has not, or the log itself knows
-    u32 present_position(bool known) const {
-        return known ? npos32 : own_element_position(real_owner(), property_type(), value_.get());
-    }
 
     value_custody value_;
     u32 pos_;

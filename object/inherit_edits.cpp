@@ -56,12 +56,12 @@ void object_impl::insert_base(object& base, std::size_t position) {
     enter_inheritor(what.inheritors_, this);
 }
 
-void object_impl::append_bases(const std::vector<object_impl*>& bases) {
+void object_impl::append_bases(const std::vector<object_impl*>& bases, bool may_close_circles) {
     std::unordered_set<const object_impl*> known;
     if (inherits_from_) known.insert(inherits_from_->begin(), inherits_from_->end());
     for (object_impl* const base : bases) {
-        if (!known.insert(base).second || base == this || base->model_ != model_ ||
-            inherits_in_turn(*base, *this))
+        if (!base || !known.insert(base).second || base == this || base->model_ != model_ ||
+            (may_close_circles && inherits_in_turn(*base, *this)))
             continue;
         insert_at(inherits_from_, base, inherits_from_ ? inherits_from_->size() : 0);
         enter_inheritor(base->inheritors_, this);

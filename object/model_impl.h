@@ -119,6 +119,8 @@ private:
     bool read_from(Archive from);
     template <class Archive>
     bool read_history(Archive from, const format_version& version);
+    bool pass_loading_hooks(const format_version& version);
+    bool is_between_transactions() const { return !history_.transaction_open() && !history_.is_walking(); }
     void take_over_transaction_id();
 
     object_pool pool_; // first, so that it goes last

@@ -195,8 +195,10 @@ public:
     bool may_inherit_from(const object_impl& base) const;
 
     // For a reader: a stream may have long lists, and name one thing many times.
-    /// Adds those that can be put there, in order.
-    void append_bases(const std::vector<object_impl*>& bases);
+    /// Adds those that can be put there, in order; null stands for none.
+    /// \param may_close_circles  false when the reader knows that none does
+    void append_bases(const std::vector<object_impl*>& bases, bool may_close_circles);
+    bool has_inheritors() const { return inheritors_ != nullptr; }
     /// Marks properties that are not marked yet, in order.
     void mark_not_inheritable(const std::vector<u32>& ids);
 

@@ -66,6 +66,7 @@ public:
             into_.deleted.push_back(made);
             owners.emplace_back(made, frame.owner);
             if (!read_object(*made, *item, into_.references)) return;
+            delete_below(*made);
         }
         place_below_owners(owners);
     }
@@ -91,7 +92,7 @@ public:
             message_impl& at = impl_at(i);
             for (const int index : {0, 1}) {
                 if (const auto found = fixups_.find({into_.messages[i], index}); found != fixups_.end())
-                    take_shared(at, i, index, found->second);
+                    take_shared(at, index, found->second);
                 own_if_needed(at, index);
             }
         }
@@ -101,6 +102,22 @@ public:
 private:
     message_impl& impl_at(std::size_t index) const {
         return *message_cast<message_impl>(into_.messages[index]);
+    }
+
+    // Nothing that lives is below a deleted object, whatever the stream says.
+    void delete_below(object_impl& top) {
+        std::vector<object_impl*> open{&top};
+        while (!open.empty()) {
+            const child_list* const children = open.back()->child_objects();
+            open.pop_back();
+            std::vector<object*> below;
+            if (children) children->append_to(below);
+            for (object* each : below) {
+                impl_of(each)->set_state(state::deleted);
+                into_.deleted.push_back(each);
+                open.push_back(impl_of(each));
+            }
+        }
     }
 
     // Owners come second: one with a higher id has been read by then.
@@ -144,19 +161,17 @@ private:
             return false;
         }
         into_.references.clear();
+        const document_pass of_the_hooks; // what they do is not of this document
         return replay_message(what, into_.model);
     }
 
-    void take_shared(message_impl& into, std::size_t place, int index, const value_position& from) {
+    void take_shared(message_impl& into, int index, const value_position& from) {
         const std::size_t source = first_ + from.msg_index;
         if (source >= into_.messages.size()) return;
         abstract_property* const value = impl_at(source).get_value(static_cast<int>(from.prop_index),
                                                                    static_cast<int>(from.prop_sub_index));
         if (!value) return;
         into.set_value(index, value);
-        // An older message goes first, and would take the value along.
-        if (source <= place)
-            if (value_custody* const held = into.custody(index)) held->take_back(clone(value));
     }
 
     /// What a message has to own it cannot share, whatever the stream says.

@@ -1,5 +1,6 @@
 // A model's log into its stream or document: what was deleted, then what was done.  What was undone is not written.
 // The fields of a message are its own; reading back is history_reader.
+#include "message/element_index.h"
 #include "message/lifetime_messages.h"
 #include "message/message_table.h"
 #include "object/model_impl.h"
@@ -53,7 +54,13 @@ public:
     /// \param beside  where messages go that have no place in a document; may be null
     history_writer(model_impl& model, const message_list& log, log_range range, bool for_replay,
                    std::ostream* beside)
-        : model_(model), log_(log), range_(range), for_replay_(for_replay), beside_(beside) {}
+        : model_(model), log_(log), range_(range), for_replay_(for_replay), beside_(beside) {
+        positions_.model = &model;
+        positions_.elements = &elements_;
+    }
+    history_writer(const history_writer&) = delete;
+    history_writer& operator=(const history_writer&) = delete;
+    ~history_writer() = default;
 
     template <class Archive>
     void write(Archive to) {
@@ -62,17 +69,24 @@ public:
         for (const auto& [id, object] : deleted_) write_deleted(*object, objects.next());
         if (auto items = open_messages(to, log_.size() - range_.first, range_, is_stored(7, 6)))
             write_messages(*items);
-        else if (beside_)
+        else if (beside_) {
             write_messages(binary_out::list{binary_out{*beside_}});
+            if (beside_->fail()) to.fail();
+        }
     }
 
 private:
-    /// An object whose deletion was refused half-way lives, and stands in the tree.
+    /// An object whose deletion was refused half-way lives, and stands in the tree; one for which only the last step was
+    /// refused is out of it.
+    static bool is_gone(const object_impl& what) {
+        return what.is_deleted() || (what.state() == state::being_deleted && !what.is_listed());
+    }
+
     void collect() {
         for (std::size_t i = range_.first; i != log_.size(); ++i) {
             const message_impl& each = *log_[i];
             if (each.type() == message_type::obj_pre_delete)
-                if (object_impl* const about = impl_of(each.object()); about && about->is_deleted())
+                if (object_impl* const about = impl_of(each.object()); about && is_gone(*about))
                     deleted_.try_emplace(about->id(), about);
             each.register_values(positions_, static_cast<u32>(i - range_.first));
         }
@@ -116,6 +130,7 @@ private:
     std::ostream* beside_;
     std::map<u32, const object_impl*> deleted_;
     value_position_map positions_;
+    element_index elements_;
 };
 
 /// \returns where the log goes; nothing when it goes nowhere
@@ -132,6 +147,7 @@ std::optional<Archive> open_history(Archive to, bool with_history, const history
 
 void message_history_impl::write_history(std::ostream* out, bool with_history, u32 transaction_count,
                                          void* element) {
+    const document_part pass;
     const history_counts counts{model_object_.model()->last_transaction_id(), trans_executed_};
     if (element) {
         if (const auto to = open_history(document_out{element}, with_history, counts))
@@ -144,6 +160,7 @@ void message_history_impl::write_history(std::ostream* out, bool with_history, u
 
 void message_history_impl::write_messages(void* element, std::ostream* out, u32 transaction_count,
                                           bool for_replay) {
+    const document_part pass;
     auto& model = *impl_of(&model_object_)->owning_model();
     history_writer writer{model, messages_, range_of(messages_, transaction_count), for_replay, out};
     if (element)

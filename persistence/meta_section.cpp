@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <istream>
 #include <ostream>
+#include <unordered_set>
 
 namespace kelm {
 
@@ -97,16 +98,19 @@ bool read_format_version(model_impl& into, Archive section, format_version& vers
 
 template <class Archive>
 void read_user_defined_properties(model_impl& into, Archive section, Archive of_model) {
+    std::unordered_set<u32> listed;
     auto types = section.open("meta_objects", "meta_object");
     while (auto type = types.next()) {
         u32 id = 0;
         type->attribute("id", id);
+        auto* const known = into.types().own_or_proxy(id);
+        // A document tells of one set of properties: a type that it lists twice has them already.
+        if (Archive::is_document && (!known || !listed.insert(id).second)) continue;
         auto properties = open_properties(*type, of_model);
         while (auto record = properties.next()) {
             auto made = std::make_unique<meta_property_impl>();
             if (!made->read(record->stream(), record->element())) continue;
-            if (auto* const known = into.types().own_or_proxy(id))
-                known->add_existing_property(std::move(made));
+            if (known) known->add_existing_property(std::move(made));
         }
     }
 }

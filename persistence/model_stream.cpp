@@ -27,6 +27,39 @@ struct model_header {
     }
 };
 
+/// Puts the count of changes back unless something was saved, also where a stream or a handler throws.
+class unsaved {
+public:
+    explicit unsaved(message_history_impl& history)
+        : history_(history), executed_(history.trans_executed()) {}
+    unsaved(const unsaved&) = delete;
+    unsaved& operator=(const unsaved&) = delete;
+    ~unsaved() {
+        if (!are_saved_) history_.set_trans_executed(executed_);
+    }
+    void are_saved() { are_saved_ = true; }
+
+private:
+    message_history_impl& history_;
+    u32 executed_;
+    bool are_saved_ = false;
+};
+
+/// What a log brings.  Messages that no history has taken go with it, and the deleted objects leave the ids to others.
+struct incoming_log {
+    incoming_log() = default;
+    incoming_log(const incoming_log&) = delete;
+    incoming_log& operator=(const incoming_log&) = delete;
+    ~incoming_log() {
+        for (object* each : deleted) impl_of(each)->leave_id_map();
+        for (const message* each : messages) delete each;
+    }
+
+    io_reference_manager references;
+    std::vector<message*> messages;
+    std::vector<object*> deleted;
+};
+
 } // namespace
 
 bool object_impl::write(std::ostream* out, void* element) const {
@@ -40,14 +73,14 @@ bool object_impl::write(std::ostream* out, void* element) const {
 
 bool model_impl::write(std::ostream* out, bool with_history, u32 transaction_count, bool reset_modified,
                        void* element) {
-    if ((!out && !element) || history_.transaction_open()) return false;
+    if ((!out && !element) || !is_between_transactions()) return false;
     const document_pass pass;
-    const u32 executed = history_.trans_executed();
+    unsaved changes{history_};
     if (reset_modified) history_.set_trans_executed(0);
     bool written = element ? write_to(document_out{element}) : write_to(binary_out{*out});
     if (written) history_.write_history(out, with_history, transaction_count, element);
     written = written && (element ? !document_pass::has_failed() : !out->fail());
-    if (!written) history_.set_trans_executed(executed); // nothing was saved
+    if (written) changes.are_saved();
     return written;
 }
 
@@ -61,7 +94,7 @@ bool model_impl::write_to(Archive to) {
 }
 
 bool model_impl::save_as_new(std::ostream* out, bool with_history, u32 transaction_count, void* element) {
-    if ((!out && !element) || history_.transaction_open()) return false;
+    if ((!out && !element) || !is_between_transactions()) return false;
     generate_model_id();
     return write(out, with_history, transaction_count, true, element);
 }
@@ -89,15 +122,27 @@ bool model_impl::read_from(Archive from) {
     io_reference_manager references;
     if (!from.good() || !read_object(*this, from, references)) return false;
     resolve_refs_post_read(this, references);
-    // Kept: a hook that refuses leaves its mark, and the objects stand.
-    if (!run<post_model_load_semantic>([&](post_model_load_semantic& h) {
-            return h.do_it(this, static_cast<u32>(version.version), static_cast<u32>(version.minor_version));
-        }))
-        return false;
+    if (!pass_loading_hooks(version)) return false;
     clear_history();
-    const bool whole = !version.is_at_least(7, 2) || read_history(from, version);
+    bool whole = !version.is_at_least(7, 2);
+    try {
+        whole = whole || read_history(from, version);
+    } catch (...) {
+        clear_history();
+        clear_modified();
+        throw;
+    }
+    if (!whole) clear_history();
     clear_modified();
     return whole;
+}
+
+bool model_impl::pass_loading_hooks(const format_version& version) {
+    const document_pass of_the_hooks; // what they read and write is not of this document
+    // Kept: a hook that refuses leaves its mark, and the objects stand.
+    return run<post_model_load_semantic>([&](post_model_load_semantic& h) {
+        return h.do_it(this, static_cast<u32>(version.version), static_cast<u32>(version.minor_version));
+    });
 }
 
 template <class Archive>
@@ -108,17 +153,12 @@ bool model_impl::read_history(Archive from, const format_version& version) {
     history_counts::fields(counts, section);
     restore_transaction_id(counts.last_transaction);
     history_.set_trans_executed(counts.executed);
-    io_reference_manager references;
-    std::vector<message*> messages;
-    std::vector<object*> deleted;
-    const log_target into{messages, references, *this, deleted};
-    read_log(section, into, version, false);
-    const bool whole = section.good();
-    if (whole) resolve_refs_post_read(this, references);
-    for (object* each : deleted) impl_of(each)->leave_id_map();
-    history_.adopt(messages);
-    if (!whole) clear_history();
-    return whole;
+    incoming_log log;
+    read_log(section, log_target{log.messages, log.references, *this, log.deleted}, version, false);
+    if (!section.good()) return false;
+    resolve_refs_post_read(this, log.references);
+    history_.adopt(log.messages);
+    return true;
 }
 
 } // namespace kelm

@@ -72,31 +72,38 @@ public:
         while (!levels_.empty() && to.good()) {
             level& at = levels_.back();
             if (at.next == at.children.size()) {
+                const Archive done = at.self;
                 levels_.pop_back();
+                if (!levels_.empty()) levels_.back().items.end_item(done);
                 continue;
             }
             const object_impl& child = *impl_of(at.children[at.next++]);
-            Archive item = at.items.next();
+            typename Archive::list items = at.items;
+            Archive item = items.begin_item();
             item.attribute("type", child.type());
-            write_fields(child, item);
+            if (!write_fields(child, item)) items.end_item(item);
         }
     }
 
 private:
     struct level {
+        Archive self;
         std::vector<object*> children;
         typename Archive::list items;
         std::size_t next = 0;
     };
 
-    void write_fields(const object_impl& of, Archive& to) {
+    /// \returns whether children follow
+    bool write_fields(const object_impl& of, Archive& to) {
         record_.clear();
         fill_record(of);
         written_object::fields(std::as_const(record_), to, value_sink{});
         std::vector<object*> children;
         if (of.child_objects()) of.child_objects()->append_to(children);
         auto items = to.open("childs", "child", children.size());
-        if (!children.empty()) levels_.push_back({std::move(children), items});
+        if (children.empty()) return false;
+        levels_.push_back({to, std::move(children), items});
+        return true;
     }
 
     void fill_record(const object_impl& of) {
@@ -171,8 +178,10 @@ private:
         into.attach_semantics();
         for (auto& value : record_.values) into.exchange_value(value.id, std::move(value.box));
         into.mark_not_inheritable(record_.not_inheritable);
-        keep_for_later(record_.bases, references_.inherits);
-        keep_for_later(record_.observers, references_.observers);
+        if (model_.find_object(record_.id) == &into) { // of two with one id the first has the links
+            keep_for_later(record_.bases, references_.inherits);
+            keep_for_later(record_.observers, references_.observers);
+        }
         if (auto items = from.open("childs", "child"); from.good())
             levels_.push_back({&into, std::move(items)});
     }

@@ -22,7 +22,12 @@ bool moved(std::ios& stream, Transfer&& transfer) {
     try {
         return transfer();
     } catch (...) {
-        stream.setstate(std::ios_base::badbit);
+        const bool is_told = (stream.exceptions() & std::ios_base::badbit) != 0;
+        try {
+            stream.setstate(std::ios_base::badbit);
+        } catch (const std::ios_base::failure&) { // what the buffer threw says more
+        }
+        if (is_told) throw;
         return true;
     }
 }

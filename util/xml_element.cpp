@@ -51,6 +51,7 @@ class wide_name {
 public:
     explicit wide_name(const char* name) {
         if (widens(name ? name : "")) return;
+        units_.fill(0);
         XMLString::transcode(name, units_.data(), longest, XMLPlatformUtils::fgMemoryManager);
         // Kept: longer names are cut.  The call fills one unit more with them, and does not terminate it.
         units_[longest] = 0;
@@ -86,10 +87,18 @@ const XMLCh* first_value(void* element) {
 } // namespace
 
 xml_element xml_element::add(const char* name) const {
+    const xml_element added = make(name);
+    append(added);
+    return added;
+}
+
+xml_element xml_element::make(const char* name) const {
     if (!element_) return xml_element{nullptr};
-    DOMElement* added = dom(element_)->getOwnerDocument()->createElement(wide_name{name}.get());
-    dom(element_)->appendChild(added);
-    return xml_element{added};
+    return xml_element{dom(element_)->getOwnerDocument()->createElement(wide_name{name}.get())};
+}
+
+void xml_element::append(xml_element made) const {
+    if (element_ && made) dom(element_)->appendChild(dom(made.get()));
 }
 
 void* xml_element::add_text(const std::string& text) const {
@@ -131,8 +140,9 @@ std::vector<void*> xml_element::all_below(const char* name) const {
     std::vector<void*> found;
     if (!element_) return found;
     const xercesc::DOMNodeList* const nodes = dom(element_)->getElementsByTagName(wide_name{name}.get());
-    for (XMLSize_t i = 0; i != nodes->getLength(); ++i)
-        found.push_back(static_cast<DOMElement*>(nodes->item(i)));
+    // The list is a walk that goes on from the last item asked for; its length would start it over.
+    for (XMLSize_t i = 0; DOMNode* const node = nodes->item(i); ++i)
+        found.push_back(static_cast<DOMElement*>(node));
     return found;
 }
 

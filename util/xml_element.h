@@ -21,6 +21,10 @@ public:
     /// Appends a new element.
     /// \returns it, or none for none
     xml_element add(const char* name) const; // NOLINT(modernize-use-nodiscard): who adds need not look at it
+    /// \returns a new element of the same document, which stands nowhere yet; none for none
+    [[nodiscard]] xml_element make(const char* name) const;
+    /// Appends an element that make() gave.
+    void append(xml_element made) const;
     /// Appends a text node.
     /// \returns it as a DOMText*, or null for none
     void* add_text(const std::string& text) const;

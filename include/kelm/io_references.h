@@ -61,8 +61,16 @@ struct value_position {
     bool operator==(const value_position&) const = default;
 };
 
+class element_index;
+
 /// The writer's side: values that messages own, by identity.  The boxes are borrowed, and only compared.
-using value_position_map = std::map<const abstract_property*, value_position>;
+struct value_position_map : std::map<const abstract_property*, value_position> {
+    using map::map;
+
+    // What a writer of a whole log knows beside them; both are borrowed, and may be null.
+    kelm::model* model = nullptr; ///< whose log it is: its version says which fields are written; null: all
+    element_index* elements = nullptr; ///< finds elements of lists; null: each message searches for its own
+};
 
 /// The reader's side: (message, value index) of a value that another message will supply.
 using value_fixup_map = std::map<std::pair<message*, int>, value_position>;

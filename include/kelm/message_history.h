@@ -29,9 +29,16 @@ public:
     /// \param element     what write_messages() filled, read instead of `in`; null: `in` is read
     /// \param messages    receives the messages; the caller owns them
     /// \param references  receives what waits to be resolved
-    /// \param deleted     receives the deleted objects, which belong to `in`
-    /// \param replay      performs each message on `in` as soon as it has been read
-    /// \returns false when a replay failed; else true, also for a stream that ends early
+    /// \param model       what the log speaks of, or is performed on.  A replay gives new objects the model's next ids: a
+    ///                    log fits a model whose counters stand where those of its own stood
+    /// \param deleted     receives the deleted objects, which belong to `model`; without `replay` their ids lead to them
+    ///                    from now on
+    /// \param replay      performs each message on `model` as soon as it has been read.  A whole list that was set is
+    ///                    performed as it is today, and the changes of its elements after it
+    /// \returns false when a replay failed, with its transaction left open: rolling it back is the caller's; else true,
+    ///          also for a stream that ends early, which the state of `in` tells
+    ///
+    /// The messages name values and objects of `model`: once it has changed they may only be freed, not looked at.
     static bool read_transactions(void* element, std::istream& in, std::vector<message*>& messages,
                                   io_reference_manager& references, model* model, int version,
                                   int minor_version, std::vector<object*>& deleted, bool replay);

@@ -1,5 +1,6 @@
 // The hooks of models that take part in reading: those for a newer version, and those behind loading.
 // All other hooks stay silent while a model is read.
+#include "tests/persistence/document_world.h"
 #include "tests/persistence/stream_world.h"
 #include "tests/support/dom_document.h"
 
@@ -139,6 +140,60 @@ TEST_F(loading_hooks, run_for_documents_as_for_streams) {
     EXPECT_EQ(loading::told.size(), 1U) << "the first refusal is the last word";
     EXPECT_TRUE(fw.in_semantic());
     fw.set_in_semantic(false);
+}
+
+/// Reads a value from a document of its own, in which it lies deeper than a value may.
+void read_too_deep_a_value() {
+    std::string levels;
+    for (int i = 0; i != 1001; ++i) levels += "<elem><datatype>1</datatype><value>";
+    for (int i = 0; i != 1001; ++i) levels += "</value></elem>";
+    const dom_document document{"<root>" + levels + "</root>"};
+    vector_property value;
+    std::vector<reference_record> references;
+    value.read_xml(document.root(), props::list, references, nullptr);
+}
+
+class loading_documents : protected with_loading_hooks, public document_world {};
+
+TEST_F(loading_documents, is_not_failed_by_what_a_hook_reads_meanwhile) {
+    thing("a");
+    begin();
+    thing("b");
+    end();
+    int ran = 0;
+    loading::also = [&](kelm::model*) {
+        ++ran;
+        read_too_deep_a_value();
+    };
+    EXPECT_TRUE(load(saved(true)));
+    EXPECT_EQ(ran, 2);
+    EXPECT_EQ(copy->message_count(), model->message_count()) << "the log is read behind the hooks";
+}
+
+TEST_F(loading_documents, and_writing_them_is_not_failed_by_what_a_handler_reads_meanwhile) {
+    class reading final : public qdxml {
+    public:
+        explicit reading(bool reads) : reads_(reads) {}
+        owned<qdxml*> clone() const override { return new reading(*this); }
+        bool needs_xml_processing(u32) const override {
+            if (reads_) read_too_deep_a_value();
+            return false;
+        }
+
+    private:
+        bool reads_;
+    };
+    begin();
+    thing("a");
+    thing("b");
+    end();
+    fw.set_xml_handler(reading{true});
+    const dom_document into;
+    EXPECT_TRUE(model->write(nullptr, true, 0, false, into.root()));
+    EXPECT_TRUE(load(into.text()));
+    fw.set_xml_handler(reading{false});
+    EXPECT_EQ(dump_of(*copy), dump());
+    EXPECT_EQ(copy->message_count(), model->message_count());
 }
 
 } // namespace

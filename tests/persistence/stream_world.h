@@ -28,11 +28,15 @@ protected:
     }
     /// Reads into a fresh model, which takes the place of the one read before.  \returns what read() answered
     bool load(const std::string& bytes, u32 version = newest_version) {
+        make_copy(version);
+        std::istringstream in{bytes};
+        return copy->read(&in, nullptr);
+    }
+    /// A fresh model that nothing has been read into.
+    void make_copy(u32 version = newest_version) {
         close();
         copy = model_of(fw.create_object(type_id::model, nullptr));
         copy->meta_model()->set_version(version);
-        std::istringstream in{bytes};
-        return copy->read(&in, nullptr);
     }
     object* copied(const object* original) const { return copy->find_object(original->id()); }
 
