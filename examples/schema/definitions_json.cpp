@@ -2,6 +2,7 @@
 // What a user has not said is null.
 #include "definitions_json.h"
 
+#include "json_text.h"
 #include "properties.h"
 #include "types.h"
 #include "values.h"
@@ -15,14 +16,6 @@
 namespace schema {
 
 namespace {
-
-void text_or_null(json_writer& json, const char* key, const kelm::object& what, kelm::u32 property) {
-    json.key(key);
-    if (has(what, property))
-        json.value(text(what, property));
-    else
-        json.null();
-}
 
 void write_one_domain(json_writer& json, const kelm::object& domain) {
     json.begin_object();

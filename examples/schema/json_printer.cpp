@@ -4,6 +4,7 @@
 
 #include "counts.h"
 #include "definitions_json.h"
+#include "json_text.h"
 #include "json_writer.h"
 #include "types.h"
 #include "values.h"
@@ -13,14 +14,6 @@
 namespace schema {
 
 namespace {
-
-void text_or_null(json_writer& json, const char* key, const kelm::object& what, kelm::u32 property) {
-    json.key(key);
-    if (has(what, property))
-        json.value(text(what, property));
-    else
-        json.null();
-}
 
 void name_or_null(json_writer& json, const kelm::object* what) {
     if (what)

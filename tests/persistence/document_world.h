@@ -2,9 +2,9 @@
 // What a document has in it, item by item, is told by the tests.
 #pragma once
 
+#include "tests/persistence/copy_world.h"
 #include "tests/support/canonical_text.h"
 #include "tests/support/dom_document.h"
-#include "tests/support/world.h"
 
 #include <sstream>
 #include <string>
@@ -32,10 +32,9 @@ inline bool has(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-class document_world : public world {
+class document_world : public copy_world {
 protected:
-    document_world() { model->meta_model()->set_version(version); }
-    ~document_world() override { close(); }
+    static constexpr u32 version = newest_version;
 
     /// \returns the text of the element, which is called "root"
     static std::string saved(kelm::model& which, bool with_history = false, u32 transactions = 0) {
@@ -52,27 +51,6 @@ protected:
         const dom_document from{text};
         if (!from.root_element()) ADD_FAILURE() << "no document: " << text;
         return copy->read(nullptr, from.root());
-    }
-    /// A fresh model that nothing has been read into.
-    void make_copy(u32 known_version = version, u32 known_minor = 0) {
-        close();
-        copy = fw.create_object(type_id::model, nullptr)->model();
-        copy->meta_model()->set_version(known_version);
-        copy->meta_model()->set_minor_version(known_minor);
-    }
-    object* copied(const object* original) const { return copy->find_object(original->id()); }
-    object* copied(u32 id) const { return copy->find_object(id); }
-
-    static constexpr u32 version = 8;
-    kelm::model* copy = nullptr;
-
-private:
-    void close() {
-        if (!copy) return;
-        copy->rollback_transaction_all();
-        fw.delete_object(copy->as_object());
-        fw.set_in_semantic(false);
-        copy = nullptr;
     }
 };
 
