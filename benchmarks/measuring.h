@@ -28,5 +28,11 @@ void measure_stream(std::size_t wanted);
 void measure_document(std::size_t wanted);
 /// A stream with the history of 100,000 transactions.
 void measure_stored_history(std::size_t wanted);
+/// Summing up a transaction that made all objects, and one that renamed all.
+void measure_delta(std::size_t wanted);
+/// Copying and pasting one tenth of the packages: W8; then all of them.
+void measure_copy(std::size_t wanted);
+/// The same with objects that all lie below one root, copied one by one.
+void measure_siblings(std::size_t wanted);
 
 } // namespace workload

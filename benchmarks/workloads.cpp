@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <functional>
 #include <set>
@@ -228,20 +229,31 @@ void in_own_process(const std::function<void()>& work) {
     if (child < 0 || waitpid(child, &status, 0) < 0 || status != 0) fail("a measurement failed");
 }
 
+struct measurement {
+    const char* name;
+    void (*measure)(std::size_t wanted);
+};
+
+constexpr measurement measurements[] = {
+    {"build", measure_build},       {"renames", measure_renames},   {"reads", measure_reads},
+    {"stream", measure_stream},     {"document", measure_document}, {"history", measure_stored_history},
+    {"delta", measure_delta},       {"copy", measure_copy},         {"siblings", measure_siblings},
+    {"deletion", measure_deletion},
+};
+
 } // namespace
 
+/// Arguments are sizes, and names of measurements; without sizes, or without names, all of them are taken.
 int main(int argc, char** argv) {
     std::vector<std::size_t> sizes;
-    for (int i = 1; i < argc; ++i)
-        sizes.push_back(static_cast<std::size_t>(std::strtoull(argv[i], nullptr, 10)));
+    std::set<std::string> names;
+    for (const std::string& argument : std::vector<std::string>(argv + 1, argv + argc))
+        if (std::isdigit(static_cast<unsigned char>(argument[0])))
+            sizes.push_back(std::strtoull(argument.c_str(), nullptr, 10));
+        else
+            names.insert(argument);
     if (sizes.empty()) sizes = {10'000, 100'000, 1'000'000};
-    for (const std::size_t n : sizes) {
-        in_own_process([&] { measure_build(n); });
-        in_own_process([&] { measure_renames(n); });
-        in_own_process([&] { measure_reads(n); });
-        in_own_process([&] { measure_stream(n); });
-        in_own_process([&] { measure_document(n); });
-        in_own_process([&] { measure_stored_history(n); });
-        in_own_process([&] { measure_deletion(n); });
-    }
+    for (const std::size_t n : sizes)
+        for (const auto& [name, measure] : measurements)
+            if (names.empty() || names.contains(name)) in_own_process([n, run = measure] { run(n); });
 }

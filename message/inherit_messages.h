@@ -50,6 +50,7 @@ public:
         : relinking<Derived>(Type, about), place_(static_cast<u32>(pos)), base_(base) {}
 
     kelm::object* inherits_from() const final { return base_; }
+    u32 place() const { return place_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
@@ -58,7 +59,6 @@ public:
     }
 
 protected:
-    u32 place() const { return place_; }
     void put_in() {
         if (base_) this->edit().insert_base(*base_, place_);
     }
@@ -180,6 +180,7 @@ public:
 
     kelm::object* inherits_from() const override { return base_; }
     kelm::object* old_inherits_from() const override { return former_; }
+    u32 place() const { return pos_; }
     std::string& to_string(std::string& out) const override;
 
     template <class Self, class Archive>

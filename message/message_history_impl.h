@@ -4,6 +4,7 @@
 
 #include "message/message_list.h"
 
+#include <kelm/delta.h>
 #include <kelm/message_history.h>
 
 #include <memory>
@@ -43,6 +44,9 @@ public:
     void rollback(bool all);
     /// Takes back the last closed transaction and drops it.
     void rollback_last();
+
+    /// Sums up what came behind `stop`.  \returns null when that is nothing, and for a message that the log has not
+    std::unique_ptr<delta> make_delta(const message* stop);
 
     void prune();
     void clear_undone();

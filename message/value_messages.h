@@ -94,6 +94,8 @@ public:
     void forward();
     void backward();
     void inverse();
+    /// \returns the former effective value itself, borrowed; null when there was none
+    abstract_property* known_old_value() const { return old_.get(); }
 
 protected:
     /// Both values are owned, and no object stores them.
@@ -101,7 +103,6 @@ protected:
                               std::unique_ptr<abstract_property> new_value, u32 id);
 
     abstract_property* known_new_value() const { return new_.get(); }
-    abstract_property* known_old_value() const { return old_.get(); }
 
 private:
     bool had_own_value() const { return old_.get() && old_owner_ == object(); }
@@ -145,8 +146,7 @@ public:
     }
     void backward();
     void inverse();
-
-protected:
+    /// \returns the value itself, borrowed
     abstract_property* known_old_value() const { return old_.get(); }
 
 private:

@@ -39,6 +39,9 @@ public:
         archive.inside("old_prop", true, [&](auto& inner) { inner.value(self.old_, done, self.place(1)); });
     }
 
+    /// \returns the former element itself, borrowed
+    abstract_property* known_old_value() const { return old_.get(); }
+
     void forward() { swap_in(new_, old_); }
     void backward() { swap_in(old_, new_); }
     void inverse();
@@ -113,6 +116,8 @@ public:
                                           std::size_t pos);
 
     value_ptr value() const override;
+    /// \returns the element itself, borrowed
+    const abstract_property* raw_value() const { return value_.get(); }
     u32 pos() const override { return pos_; }
     std::string& to_string(std::string& out) const override;
     void release_values() override { value_.release(); }

@@ -4,6 +4,7 @@
 
 #include "message/child_messages.h"
 #include "message/lifetime_messages.h"
+#include "object/id_order.h"
 #include "object/model_impl.h"
 #include "object/reference_targets.h"
 
@@ -12,18 +13,6 @@
 namespace kelm {
 
 namespace {
-
-/// \returns the objects among `all` by their ids, then the others.  Those who know an object are listed in the order of
-///          their addresses; a history must not be, or the same calls would not make the same one.
-template <class Listed>
-std::vector<Listed*> in_order_of_ids(std::vector<Listed*> all) {
-    const auto id = [](Listed* each) {
-        const auto* const listed = dynamic_cast<const object*>(each);
-        return listed ? listed->id() : npos32;
-    };
-    if (all.size() > 1) std::ranges::stable_sort(all, {}, id);
-    return all;
-}
 
 /// Records a message and tells the observers of the object it speaks of.
 template <class Message, class... Arguments>

@@ -2,7 +2,7 @@
 // The walk up to the bases is base_search.
 #include "object/inheritor_walk.h"
 
-#include "meta/meta_property_impl.h"
+#include "meta/marked_property.h"
 #include "object/model_impl.h"
 #include "object/passed_message.h"
 
@@ -10,11 +10,7 @@
 
 namespace kelm {
 
-bool is_inheritable(const meta_property& which) {
-    const auto* const mark =
-        dynamic_cast<const property<bool>*>(find_attribute(which, attribute_id::not_inheritable));
-    return !mark || !mark->value;
-}
+bool is_inheritable(const meta_property& which) { return !is_marked(which, attribute_id::not_inheritable); }
 
 bool may_pass(const object_impl& at, u32 id) {
     const meta_object* const type = at.meta();

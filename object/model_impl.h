@@ -9,6 +9,7 @@
 #include "object/object_impl.h"
 #include "object/object_pool.h"
 
+#include <kelm/delta.h>
 #include <kelm/model.h>
 
 #include <map>
@@ -54,7 +55,7 @@ public:
     void undo() override;
     void redo() override;
     int undo_levels() const override;
-    void set_undo_levels(int n) override { history_.set_undo_levels(n); }
+    void set_undo_levels(int n) override;
 
     shared_ptr<delta> delta_since(tran_begin_message* from) override;
     tran_begin_message* last_transaction() const override;
@@ -108,6 +109,8 @@ public:
     object_pool& pool() { return pool_; }
     /// Keeps a value that left the graph in no message, so that it lives as long as the model.
     void keep_lost(std::unique_ptr<abstract_property> value) { lost_values_.push_back(std::move(value)); }
+    /// Drops what last_delta() has handed out: it borrows from messages that may go.
+    void forget_last_delta() { last_delta_.reset(); }
     /// \returns whether the model still stands
     static bool is_alive(const kelm::model* which);
 
@@ -134,7 +137,9 @@ private:
     bool in_post_load_ = false;
     passed_message* innermost_passed_ = nullptr;
     meta_model_impl instance_meta_model_;
-    message_history_impl history_; // last: it goes first, while objects still stand
+    message_history_impl history_;              // it goes early, while objects still stand
+    std::unique_ptr<delta> last_delta_;         // last: it borrows from the history
+    const message* last_delta_begin_ = nullptr; // of the transaction that it sums up
 };
 
 } // namespace kelm

@@ -8,6 +8,7 @@
 namespace kelm {
 
 tran_begin_message* model_impl::begin_transaction(const std::string& name) {
+    forget_last_delta();
     const message_history_impl::in_use guard{history_};
     auto made = std::make_unique<tran_begin_message_impl>(this, last_transaction_id_.next(), name);
     tran_begin_message_impl& begin = *made;
@@ -31,27 +32,32 @@ tran_end_message* model_impl::end_transaction() {
 }
 
 void model_impl::rollback_transaction_all() {
+    forget_last_delta();
     const as_recorded mark{innermost_passed_};
     history_.rollback(true);
 }
 
 void model_impl::rollback_transaction() {
+    forget_last_delta();
     const as_recorded mark{innermost_passed_};
     history_.rollback(false);
 }
 
 void model_impl::rollback_last_transaction() {
+    forget_last_delta();
     const as_recorded mark{innermost_passed_};
     history_.rollback_last();
 }
 
 void model_impl::undo() {
+    forget_last_delta();
     const as_recorded mark{innermost_passed_};
     history_.undo();
     take_over_transaction_id();
 }
 
 void model_impl::redo() {
+    forget_last_delta();
     const as_recorded mark{innermost_passed_};
     history_.redo();
     take_over_transaction_id();
@@ -67,6 +73,14 @@ int model_impl::undo_levels() const {
     return history_.undo_disabled() ? 0 : static_cast<int>(history_.max_undo_levels());
 }
 
-void model_impl::clear_history() { history_.clear(); }
+void model_impl::set_undo_levels(int n) {
+    forget_last_delta();
+    history_.set_undo_levels(n);
+}
+
+void model_impl::clear_history() {
+    forget_last_delta();
+    history_.clear();
+}
 
 } // namespace kelm

@@ -3,7 +3,7 @@
 #include "persistence/object_record.h"
 
 #include "framework/values.h"
-#include "meta/meta_property_impl.h"
+#include "meta/marked_property.h"
 #include "object/model_impl.h"
 
 #include <kelm/framework.h>
@@ -59,9 +59,7 @@ using read_object_record = stored_object<std::unique_ptr<abstract_property>>;
 bool is_persistent(const object_impl& holder, u32 id) {
     const meta_object* const type = holder.meta();
     const meta_property* const which = type ? type->find_property(id) : nullptr;
-    if (!which) return false;
-    const auto* const mark = exact_cast<property<bool>>(find_attribute(*which, attribute_id::non_persistent));
-    return !mark || !mark->value;
+    return which && !is_marked(*which, attribute_id::non_persistent);
 }
 
 template <class Archive>

@@ -42,8 +42,9 @@ bool create(message_impl& what, model_impl&) {
     return framework::instance().create_object(said->object_type(), said->owner()) != nullptr;
 }
 
-bool delete_object(message_impl& what, model_impl&) {
-    return what.object() && framework::instance().delete_object(what.object());
+bool delete_object(message_impl& what, model_impl& in) {
+    // The model itself would be closed while its log is being performed.
+    return what.object() && what.object() != &in && framework::instance().delete_object(what.object());
 }
 
 bool set(message_impl& what, model_impl&) {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <kelm/base64.h>
+#include <kelm/copier.h>
+#include <kelm/delta.h>
 #include <kelm/export.h>
 #include <kelm/filters.h>
 #include <kelm/framework.h>

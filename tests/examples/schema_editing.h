@@ -2,14 +2,14 @@
 // No expectations but that edits come back, and that wrong lines change nothing.
 #pragma once
 
-#include "editor.h"
-#include "foreign_keys.h"
-#include "json_printer.h"
-#include "lookup.h"
-#include "rules.h"
-#include "tree_printer.h"
-#include "types.h"
-#include "values.h"
+#include "edits/editor.h"
+#include "hooks/rules.h"
+#include "printing/json_printer.h"
+#include "printing/tree_printer.h"
+#include "schema/foreign_keys.h"
+#include "schema/lookup.h"
+#include "schema/types.h"
+#include "schema/values.h"
 
 #include <kelm/framework.h>
 #include <kelm/meta_model.h>

@@ -1,6 +1,6 @@
 // Runs the tests of the reference application's editor.
 // A program of its own: a process knows the types of one application.
-#include "meta_model.h"
+#include "schema/meta_model.h"
 #include "tests/examples/schema_editing.h"
 
 int main(int argc, char** argv) {

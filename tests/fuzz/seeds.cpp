@@ -3,6 +3,8 @@
 #include "tests/fuzz/fuzzing.h"
 #include "tests/support/dom_document.h"
 
+#include <kelm/copier.h>
+#include <kelm/framework.h>
 #include <kelm/message_history.h>
 #include <kelm/object.h>
 #include <kelm/property.h>
@@ -31,6 +33,18 @@ std::string script(std::initializer_list<unsigned char> bytes) {
 std::string log_of(kelm::model& of, unsigned count, bool for_replay) {
     std::ostringstream out;
     of.history()->write_messages(nullptr, &out, count, for_replay);
+    return out.str();
+}
+
+/// The snapshot of the objects below the root, the last one first.
+std::string snapshot_of(kelm::model& of) {
+    const kelm::shared_ptr<kelm::copier> all = kelm::framework::instance().create_copier(&of);
+    const std::vector<kelm::object*> children = of.as_object()->children();
+    for (std::size_t i = children.size(); i-- != 0;) all->copy_object(children[i], i % 2 != 0);
+    for (const unsigned each : {101U, 100U}) all->add_user_id(each);
+    all->set_type_order({100, 101});
+    std::ostringstream out;
+    all->write(out);
     return out.str();
 }
 
@@ -82,6 +96,13 @@ int main(int count, char** arguments) {
     }
     write("replay", "whole", std::string(1, '\0') + script({0, 0, 1}) + log_of(*changed, 0, true));
     write("replay", "beside", std::string(1, '\2') + script({}) + log);
+
+    const std::string snapshot = snapshot_of(*plain);
+    write("snapshot", "empty", script({}) + snapshot_of(*empty));
+    write("snapshot", "plain", script({}) + snapshot);
+    write("snapshot", "changed", script({}) + snapshot_of(*changed));
+    write("snapshot", "rules", script({3, 0, 0, 0, 2, 0, 2, 1, 0, 4, 0, 1, 0, 0, 1, 0, 2, 0}) + snapshot);
+    write("snapshot", "upheaval", script({0, 10, 0, 8, 2, 1, 11, 0, 9, 0, 0, 5, 0}) + snapshot);
 
     write("base64", "empty", "");
     write("base64", "ends", "AB[[CD*-");

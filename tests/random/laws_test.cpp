@@ -77,6 +77,11 @@ TEST(laws, of_replay_hold_in_histories_of_values_and_trees) { hold_laws({.replay
 
 TEST(laws, of_replay_hold_in_histories_with_bases) { hold_laws({.bases = true, .replayed = true}); }
 
+TEST(laws, of_replay_hold_where_hooks_answer_by_what_they_see) {
+    hold_laws({.replayed = true, .answered = true});
+    hold_laws({.bases = true, .replayed = true, .answered = true});
+}
+
 TEST(laws, of_replay_are_held_against_most_histories) {
     int replayed = 0;
     for (u64 seed = 1; seed != 101; ++seed) {
@@ -87,6 +92,18 @@ TEST(laws, of_replay_are_held_against_most_histories) {
     }
     EXPECT_GT(replayed, 50);
 }
+
+// A copy is the same graph.  Where it is not by design, see copy_laws.cpp.
+
+TEST(laws, of_copies_hold_for_what_histories_of_values_and_trees_make) { hold_laws({.copied = true}); }
+
+TEST(laws, of_copies_hold_for_what_histories_with_bases_make) { hold_laws({.bases = true, .copied = true}); }
+
+// A delta is the difference between then and now.  Where it is something else by design, see delta_laws.cpp.
+
+TEST(laws, of_deltas_hold_in_histories_of_values_and_trees) { hold_laws({.summed = true}); }
+
+TEST(laws, of_deltas_hold_in_histories_with_bases) { hold_laws({.bases = true, .summed = true}); }
 
 // What is heard of a model equals what is there.  Where messages cannot tell, see `shadow_model` and `random_run`.
 

@@ -48,6 +48,7 @@ random_run::random_run(u64 seed, history_mix mix)
     populate();
     root_->attach(&ears_->moody);
     states_.push_back(state());
+    if (mix_.summed) pictures_.push_back(picture_of(*model_));
     program_hooks();
     if (mix_.replayed) {
         remember_start();
@@ -255,11 +256,11 @@ void random_run::edit_value() {
     if (one_in(4)) {
         note(call + "delete_property(" + number + ")");
         what->delete_property(id);
-    } else if (one_in(8)) {
+    } else if (one_in(mix_.summed ? 3 : 8)) {
         const bool flag = !what->is_property_not_inheritable(id);
         note(call + "set_property_not_inheritable(" + number + ", " + (flag ? "true)" : "false)"));
         what->set_property_not_inheritable(id, flag);
-    } else if (one_in(12) && !mix_.shadowed) {
+    } else if (one_in(12) && !mix_.shadowed && !mix_.answered) {
         const auto now = one_in(3) ? nullptr : value(true);
         const auto then = one_in(3) ? nullptr : value(true);
         note(call + "refresh_property(" + number + ", " + (now ? code_of(*now) : "nullptr") + ", " +
@@ -331,7 +332,7 @@ void random_run::edit_base() {
     case 0:
     case 1:
     case 2:
-        if ((mix_.shadowed || mix_.stored) && what->inherits_from(base, false)) return;
+        if ((mix_.shadowed || mix_.stored || mix_.summed) && what->inherits_from(base, false)) return;
         note(call + "add_inherits_from(" + name_of(base) + ")");
         what->add_inherits_from(base);
         return;

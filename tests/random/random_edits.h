@@ -2,6 +2,7 @@
 // What is no law by design is left out by name, see `random_run`.
 #pragma once
 
+#include "tests/random/model_picture.h"
 #include "tests/random/shadow_model.h"
 #include "tests/support/counted_value.h"
 #include "tests/support/world.h"
@@ -63,7 +64,10 @@ struct history_mix {
     bool stored = false;      ///< written and read again; leaves out what streams do not tell
     bool shadowed = false;    ///< compared with what is heard of it; leaves out what cannot be heard
     bool replayed = false;    ///< performed again on a twin; leaves out what a log for replay does not tell
-    bool repeated = false;    ///< played more than once; leaves out what addresses decide
+    bool answered = false; ///< its hooks do what they do by what they see alone, so that a twin's do the same
+    bool copied = false;   ///< pasted into an empty twin; see copy_laws.cpp for what is left out
+    bool repeated = false; ///< played more than once; leaves out what addresses decide
+    bool summed = false;   ///< its deltas compared with what differs; leaves out one kind of change
 };
 
 /// One history of a fresh model.  Every step is random; the laws are checked whenever a transaction ends, is undone,
@@ -93,11 +97,14 @@ struct history_mix {
 /// - elements of lists, and lists that lose elements as their targets are deleted: a list that is set is written as it
 ///   is today, so that what is done to it later would be done twice;
 /// - adding a child to a deleted object, which the log tells by an id that the twin does not know any more;
-/// - what hooks and observers do besides.
+/// - what hooks and observers do besides, but for answers;
+/// - with answers, refresh_property: hooks hear of it, and a log for replay does not tell it.
 /// Left out of shadowed histories, since messages do not tell it:
 /// - refresh_property, which is told as if a value had been set or deleted;
 /// - the deletion of a child that its owner does not list once that owner is deleted: the undo tells nobody;
 /// - a base that is added twice, of which undo tells as if it went.
+/// Left out of summed histories:
+/// - a base that is added twice, which a delta takes for one that came.
 class random_run {
 public:
     random_run(u64 seed, history_mix mix);
@@ -121,6 +128,7 @@ public:
 
 private:
     void program_hooks();
+    void program_answers();
     void populate();
     bool react(const std::string& who);
     bool change_besides(object& what, const std::string& who);
@@ -147,8 +155,12 @@ private:
     void check_present();
     void check_links();
     void check_stored();
+    void check_copied();
     void remember_start();
     void check_replayed();
+    void check_delta(const model_picture& before, message* stop);
+    void check_open_deltas();
+    void check_deltas();
     bool has_declared(const object& what, u32 id) const;
     std::size_t open_levels() const;
     object* any();
@@ -172,6 +184,8 @@ private:
     std::vector<std::string> levels_; // dumps of the moments before the begins of the open levels
     std::vector<std::string> states_; // dumps between the transactions that undo and redo lead through
     std::size_t at_ = 0;              // where in them the model stands
+    std::vector<model_picture> level_pictures_; // the same moments for histories that are summed
+    std::vector<model_picture> pictures_;
     std::vector<std::string> steps_;
     std::string failure_;
     std::string start_; // the stream of a replayed model before its history

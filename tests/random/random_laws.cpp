@@ -3,6 +3,8 @@
 #include "tests/random/random_edits.h"
 #include "tests/support/consistency.h"
 
+#include <algorithm>
+
 namespace kelm::test {
 
 /// \returns how many begins have no end
@@ -18,7 +20,11 @@ std::size_t random_run::open_levels() const {
 
 void random_run::begin() {
     levels_.push_back(state());
-    if (levels_.size() == 1) states_.resize(at_ + 1); // there is nothing to redo from here on
+    if (mix_.summed) level_pictures_.push_back(picture_of(*model_));
+    if (levels_.size() == 1) { // there is nothing to redo from here on
+        states_.resize(at_ + 1);
+        if (mix_.summed) pictures_.resize(at_ + 1);
+    }
     note("model->begin_transaction(\"\")");
     model_->begin_transaction("");
     if (is_calm()) return;
@@ -29,16 +35,20 @@ void random_run::begin() {
 void random_run::end() {
     note("model->end_transaction()");
     const std::string before = state();
+    check_open_deltas();
     const bool is_kept = model_->end_transaction() != nullptr;
     check("the end of a transaction changes nothing", before);
     if (!is_kept) check("a transaction without a trace changes nothing", levels_.back());
     levels_.pop_back();
+    level_pictures_.resize(std::min(level_pictures_.size(), levels_.size()));
     if (!levels_.empty()) return;
     ears_->moody.be_quiet();
     check_present();
     if (!is_kept) return;
     states_.push_back(before);
+    if (mix_.summed) pictures_.push_back(picture_of(*model_));
     ++at_;
+    check_deltas();
 }
 
 void random_run::undo() {
@@ -47,6 +57,7 @@ void random_run::undo() {
     model_->undo();
     check("undo leads to the state before", states_[--at_]);
     check_present();
+    check_deltas();
 }
 
 void random_run::redo() {
@@ -55,6 +66,7 @@ void random_run::redo() {
     model_->redo();
     check("redo leads to the state behind", states_[++at_]);
     check_present();
+    check_deltas();
 }
 
 /// Undoes the last transaction for good.
@@ -63,8 +75,10 @@ void random_run::roll_last_back() {
     note("model->rollback_last_transaction()");
     model_->rollback_last_transaction();
     states_.pop_back();
+    if (mix_.summed) pictures_.pop_back();
     check("a rollback of the last transaction leads to the state before", states_[--at_]);
     check_present();
+    check_deltas();
 }
 
 void random_run::finish() {
@@ -73,6 +87,7 @@ void random_run::finish() {
     if (mix_.replayed && failure_.empty()) check_replayed();
     while (model_->can_undo() && failure_.empty()) undo();
     while (model_->can_redo() && failure_.empty()) redo();
+    if (mix_.copied && failure_.empty()) check_copied();
 }
 
 /// Finds out what a step has rolled back.
@@ -82,6 +97,7 @@ void random_run::settle() {
     if (open >= levels_.size()) return;
     const std::string expected = levels_[open];
     levels_.resize(open);
+    level_pictures_.resize(std::min(level_pictures_.size(), open));
     note("// rolled back to level " + std::to_string(open));
     check("a rollback leads to the moment before the begin", expected);
     check_present();

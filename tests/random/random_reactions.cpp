@@ -30,6 +30,7 @@ void random_run::program_hooks() {
     ears_->moody.reaction = [this] { return react("an observer"); };
     hook_program& hooks = hook_program::instance();
     hooks.clear();
+    if (mix_.answered) return program_answers();
     if (is_calm()) return;
     for (int kind = update_semantic::kind; kind <= post_set_owner_semantic::kind; ++kind) {
         if ((kind >= 4 && kind <= 6) || kind == 27 || kind == 28) continue;
@@ -46,6 +47,28 @@ void random_run::program_hooks() {
             return !one_in(rarity) || react(who);
         });
     }
+}
+
+// A log for replay leaves out what hooks did: those of the twin do it again.
+void random_run::program_answers() {
+    hook_program& hooks = hook_program::instance();
+    hooks.on<obj_create_semantic>(
+        [](hook_call& call) { return call.at->set_property(props::definition, text("made")); });
+    hooks.on<pre_prop_set_semantic>(
+        [](hook_call& call) { return call.numbers[0] != props::text || call.values[0].size() % 5 != 4; });
+    hooks.on<post_prop_set_semantic>([](hook_call& call) {
+        if (call.numbers[0] != props::text) return true;
+        const auto length = static_cast<int>(call.values[0].size());
+        return length % 3 == 0 ? call.at->delete_property(props::flag)
+                               : call.at->set_property(props::number, counted_value{length});
+    });
+    hooks.on<post_add_child_semantic>([](hook_call& call) {
+        if (call.at->state() != state::normal) return true;
+        return call.at->set_property(props::real,
+                                     property<double>{static_cast<double>(call.at->child_count(nullptr))});
+    });
+    hooks.on<post_set_child_order_semantic>(
+        [](hook_call& call) { return call.others[0]->set_property(props::definition, text("moved")); });
 }
 
 /// A small change, itself hooked.  \returns what it answered

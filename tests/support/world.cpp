@@ -1,6 +1,8 @@
 // The shared types, the model of a test, and the canonical text of a model.
 // Everything goes through the public interface.
 #include "tests/support/world.h"
+#include "tests/support/linked_type.h"
+#include "tests/support/summed_type.h"
 #include "tests/support/udp_types.h"
 
 #include <algorithm>
@@ -47,6 +49,8 @@ public:
         add_programmable_hooks(*app->find_meta_object(types::hooked_part));
         add_second_hooks(*add(types::more_hooked, "More Hooked", types::hooked));
         udp_world::declare_types(*app);
+        declare_linked_type(*app);
+        declare_summed_type(*app);
         for (const u32 owner : {type_id::model, types::thing, types::part, types::other, types::hooked})
             for (const u32 child : {types::thing, types::part, types::other, types::hooked})
                 app->find_meta_object(owner)->add_composition(child);

@@ -1,0 +1,45 @@
+// Opening, watching and leaving a level of a transaction.
+// What is done in it is paste_run's business.
+#include "copier/own_level.h"
+
+#include "object/model_impl.h"
+
+namespace kelm {
+
+own_level::own_level(model& in) : in_(in), guard_(impl_of(in.as_object())->owning_model()->log()) {}
+
+bool own_level::open(const std::string& name) {
+    const std::size_t before = in_.message_count();
+    const u32 id = in_.last_transaction_id() + 1;
+    const bool was_heard = in_.begin_transaction(name) != nullptr;
+    tran_begin_message* const begin = in_.find_transaction(id, &index_);
+    if (begin && index_ >= before) {
+        begin_ = begin;
+        opened_ = in_.message_at(index_);
+    }
+    return was_heard && is_open();
+}
+
+bool own_level::is_open() const {
+    return begin_ && in_.message_at(index_) == opened_ && !begin_->end_message();
+}
+
+void own_level::close() {
+    repeat_while_open([this] { in_.end_transaction(); });
+}
+
+void own_level::roll_back() {
+    repeat_while_open([this] { in_.rollback_transaction(); });
+}
+
+/// Inner levels that a rule has left open go first.  A step that changes nothing, as inside of an undo, is the last.
+template <class Step>
+void own_level::repeat_while_open(Step step) {
+    while (is_open()) {
+        const std::size_t before = in_.message_count();
+        step();
+        if (in_.message_count() == before) return;
+    }
+}
+
+} // namespace kelm

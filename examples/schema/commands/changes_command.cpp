@@ -1,0 +1,69 @@
+// `kelm-schema changes`: its arguments.
+// What has changed is told by changes.h, how it is shown by changes_printer.h and changes_json.h.
+#include "changes/changes.h"
+#include "changes/changes_json.h"
+#include "changes/changes_printer.h"
+#include "commands/commands.h"
+#include "files/file_error.h"
+#include "files/model_file.h"
+#include "log/transactions.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace schema {
+
+namespace {
+
+struct arguments {
+    std::string file;
+    std::size_t since = 1;
+    bool json = false;
+};
+
+void require_edit(const arguments& given, std::size_t count) {
+    if (given.since <= count || (count == 0 && given.since == 1)) return;
+    const std::string missing =
+        "there is no edit " + std::to_string(given.since) + " in " + quoted(given.file);
+    throw file_error(count == 0 ? missing + ", it remembers none"
+                                : missing + ", the last is " + std::to_string(count));
+}
+
+void print(const arguments& given, std::size_t count, const std::vector<change_group>& changes) {
+    if (given.json) return print_changes_as_json(std::cout, {given.file, given.since, count}, changes);
+    if (count == 0)
+        std::cout << "no edits\n";
+    else if (changes.empty())
+        std::cout << "nothing differs: what was done has been taken back, or shows in no value\n";
+    print_changes(std::cout, changes);
+}
+
+void run(const arguments& given, rules& shared) {
+    kelm::model& model = load_saved(given.file, shared);
+    const std::vector<transaction> edits = transactions(model);
+    require_edit(given, edits.size());
+    std::vector<change_group> changes;
+    if (!edits.empty()) changes = changes_since(model, edits[given.since - 1].id);
+    print(given, edits.size(), changes);
+}
+
+} // namespace
+
+void add_changes_command(CLI::App& app, rules& shared) {
+    const auto given = std::make_shared<arguments>();
+    CLI::App* command = app.add_subcommand("changes", "Tell what the edits of a file came to");
+    command->footer(
+        "A line begins with + for what was created, - for what was dropped, ~ for what differs. What was\n"
+        "changed twice is told once, what was created and dropped again not at all.");
+    command->add_option("FILE", given->file, "A file that was saved; it is only read")->required();
+    command
+        ->add_option("--since", given->since, "From this edit on, as kelm-schema log numbers them; else all")
+        ->check(CLI::PositiveNumber)
+        ->option_text("N");
+    command->add_flag("--json", given->json, "Print JSON for programs");
+    command->callback([given, &shared] { run(*given, shared); });
+}
+
+} // namespace schema

@@ -1,0 +1,59 @@
+// `kelm-schema log`: its arguments.
+// How edits are shown is in log.h, how they are written for another file in replay_log.h.
+#include "commands/commands.h"
+#include "files/file_kind.h"
+#include "files/model_file.h"
+#include "files/whole_file.h"
+#include "log/log.h"
+#include "log/replay_log.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace schema {
+
+namespace {
+
+struct arguments {
+    std::string file;
+    std::string target;
+    std::size_t last = 0;
+    bool json = false;
+    bool messages = false;
+    bool replay = false;
+};
+
+void run(const arguments& given, rules& shared) {
+    kelm::model& model = load_saved(given.file, shared);
+    if (given.replay) {
+        kind_to_write(given.target); // refuses a database
+        return write_whole_file(given.target, to_text(take_replay_log(model, given.last)));
+    }
+    const std::vector<transaction> shown = transactions(model, given.last);
+    if (given.json) return print_log_as_json(std::cout, given.file, shown);
+    print_log(std::cout, shown, given.messages);
+}
+
+} // namespace
+
+void add_log_command(CLI::App& app, rules& shared) {
+    const auto given = std::make_shared<arguments>();
+    CLI::App* command = app.add_subcommand("log", "List the edits that a file remembers, the oldest first");
+    command->add_option("FILE", given->file, "A file that was saved; it is only read")->required();
+    command->add_option("--last", given->last, "The newest so many alone")
+        ->check(CLI::PositiveNumber)
+        ->option_text("N");
+    CLI::Option* messages =
+        command->add_flag("--messages", given->messages, "Tell each change below its edit");
+    CLI::Option* json = command->add_flag("--json", given->json, "Print JSON for programs");
+    CLI::Option* replay =
+        command->add_flag("--replay", given->replay, "Write them for kelm-schema replay instead");
+    CLI::Option* output = command->add_option("-o,--output", given->target, "The file for --replay");
+    output->option_text("LOG");
+    replay->needs(output)->excludes(json)->excludes(messages);
+    output->needs(replay);
+    command->callback([given, &shared] { run(*given, shared); });
+}
+
+} // namespace schema

@@ -1,0 +1,143 @@
+// What a stretch of history came to: which objects are new, which are gone, which differ, and how it was before.
+// Single changes in their order are the messages of message.h.
+#pragma once
+
+#include <kelm/property.h>
+
+#include <string>
+#include <vector>
+
+namespace kelm {
+
+class detail_base_original_properties;
+
+/// Translates a value of the start of the stretch; the application implements it.
+class KELM_EXPORT original_properties_semantics {
+public:
+    virtual ~original_properties_semantics() = default;
+    /// \param value  a clone of the original value, or null when there was none
+    /// \returns the value to use: `value` itself, or another on the heap, and `value` is then freed by the caller.
+    ///          The caller owns what is returned.
+    virtual owned<abstract_property*> do_it(detail_base_original_properties* of, u32 id,
+                                            abstract_property* value) = 0;
+};
+
+/// Translates the text of a value of the start of the stretch; the application implements it.
+class KELM_EXPORT original_properties_as_string_semantics {
+public:
+    virtual ~original_properties_as_string_semantics() = default;
+    /// \param result  a string to use for the answer
+    /// \param value   a clone of the original value; empty when there was none
+    /// \param text    what the answer would be without the translation
+    /// \returns the text to use: `result`, or another string that outlives the call
+    virtual std::string& do_it(std::string& result, detail_base_original_properties* of, u32 id,
+                               shared_ptr<abstract_property> value, const std::string& text) = 0;
+};
+
+/// A child that stands at another place than at the start of the stretch.
+struct child_order_change {
+    object* child = nullptr;
+    u64 old_pos = 0;
+    u64 new_pos = 0;
+};
+
+/// A base that came, went or moved.
+struct inherits_change {
+    kelm::object* object = nullptr;
+    std::int64_t old_pos = -1; ///< -1 for a base that is new
+    std::int64_t new_pos = -1; ///< -1 for a base that is gone
+};
+
+/// What happened to one object.  The delta owns it; what is special is told by the interface of its kind:
+/// detail_cast<detail_modified>(detail).
+class KELM_EXPORT delta_detail {
+public:
+    /// The kinds of details.
+    static constexpr int deleted = 0;
+    static constexpr int created = 1;
+    static constexpr int modified = 2;
+
+    virtual int kind() const = 0;
+    /// Replaces `out` by the object's name: as it is now for what was made or changed; as it was for what is gone,
+    /// and "<unknown name>" when it had none.
+    virtual void name(std::string& out) const = 0;
+    virtual u32 object_type() const = 0;
+    virtual u32 object_id() const = 0;
+    virtual delta* owning_delta() const = 0;
+    virtual ~delta_detail() = default;
+};
+
+/// \returns the other face of the same detail; null when it is of another kind, or null
+template <class To, class From>
+To* detail_cast(From* from) {
+    return dynamic_cast<To*>(from);
+}
+
+/// The values that an object had at the start of the stretch: its own, and those it inherited then.
+class KELM_EXPORT detail_base_original_properties {
+public:
+    /// \returns whether the object had a value of its own
+    virtual bool has_original_property(u32 id) const = 0;
+    /// \returns whether the object had a value, own or inherited
+    virtual bool had_property(u32 id) const = 0;
+    /// \param translate  borrowed; null for the value as it was
+    /// \returns the value, own or inherited; empty when there was none
+    virtual value_ptr original_property(u32 id, original_properties_semantics* translate) const = 0;
+    /// The value in words: references as names of their targets, elements of vectors with "," between them.
+    /// \param translate  borrowed; null for the text as it is
+    /// \returns empty when there was no value
+    virtual std::string original_property_as_string(
+        u32 id, original_properties_as_string_semantics* translate) const = 0;
+    virtual ~detail_base_original_properties() = default;
+};
+
+/// An object that did not exist at the start.
+class KELM_EXPORT detail_create {
+public:
+    /// \returns the detail of the owner when it is new as well; null at top level
+    virtual delta_detail* parent_detail() const = 0;
+    virtual std::vector<delta_detail*> child_details() const = 0;
+    virtual ~detail_create() = default;
+};
+
+/// An object that is gone.
+class KELM_EXPORT detail_delete {
+public:
+    /// \returns the detail of the owner when it went as well; null at top level
+    virtual delta_detail* parent_detail() const = 0;
+    /// \returns null when the owner is no longer in the model
+    virtual object* owner() const = 0;
+    virtual std::vector<delta_detail*> child_details() const = 0;
+    /// \returns where it stood among the children of its type; npos32 when the stretch does not tell
+    virtual u32 position() const = 0;
+    virtual ~detail_delete() = default;
+};
+
+/// An object that was there before and still is, and differs.
+class KELM_EXPORT detail_modified {
+public:
+    virtual std::vector<child_order_change> child_order_changes() const = 0;
+    /// \returns the properties whose effective value differs, in the order of the type's properties
+    virtual std::vector<u32> changed_properties() const = 0;
+    /// Compares the bases of the start with those of the first call; later calls give the same.
+    virtual std::vector<inherits_change> inherits_changes() const = 0;
+    /// \returns the owner at the start when it was set since; null otherwise
+    virtual object* old_owner() const = 0;
+    virtual ~detail_modified() = default;
+};
+
+/// A summary.  It borrows values from the messages that it was made of, and is good as long as these live: until
+/// undo, redo, a rollback or a limit of the history drops them.
+class KELM_EXPORT delta {
+public:
+    // The top-level details of each kind, newest first.  Details are owned by the delta.
+    virtual std::vector<delta_detail*> deleted_details() const = 0;
+    virtual std::vector<delta_detail*> created_details() const = 0;
+    virtual std::vector<delta_detail*> modified_details() const = 0;
+    virtual ~delta() = default;
+};
+
+/// Frees what model::make_delta() handed out.  Null is allowed.
+KELM_EXPORT void delete_delta(delta* which);
+
+} // namespace kelm
