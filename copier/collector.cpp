@@ -11,8 +11,7 @@ namespace kelm {
 
 bool collector::copy(object* what, bool selected) {
     if (!what || !impl_of(what)->owning_model()) return false;
-    // Rules and hooks must not free what waits here.
-    const message_history_impl::in_use guard{impl_of(what)->owning_model()->log()};
+    models_.hold(*what);
     try {
         if (!begin(what, selected, nullptr)) return false;
         while (!stack_.empty()) go_on();
@@ -55,19 +54,24 @@ void collector::copy_values(unfinished& of) {
     for (auto each = first; each != last; ++each) of.extras.push_back(each->second);
 }
 
+void collector::add_pull(unfinished& of, object& what) {
+    models_.hold(what);
+    of.pulls.push_back({&what, of.pulls.size() + 1});
+}
+
 void collector::plan_pulls(unfinished& of, u32 id, const abstract_property* value) {
     const auto* const reference = exact_cast<property<object*>>(value);
     const auto* const list = exact_cast<vector_property>(value);
     if (!reference && !list) return;
     if (!is_marked(of.what->meta(), id, attribute_id::copy_referenced_object)) return;
     if (reference) {
-        of.pulls.push_back({reference->value, of.pulls.size() + 1});
+        if (reference->value) add_pull(of, *reference->value);
         return;
     }
     const std::size_t first = of.pulls.size();
     for (const abstract_property* each : list->elements)
         if (const auto* const element = exact_cast<property<object*>>(each); element && element->value)
-            of.pulls.push_back({element->value, 0});
+            add_pull(of, *element->value);
     for (std::size_t i = first; i != of.pulls.size(); ++i) of.pulls[i].behind_list = of.pulls.size();
 }
 
@@ -111,7 +115,8 @@ void collector::copy_lists_and_ask_rule(unfinished& of) {
     const std::shared_ptr<copy_rule> rule = rules_.copy.of(of.node->type);
     std::vector<object*> more;
     if (!rule || !rule->referenced_objects(of.what, more)) return;
-    for (object* each : more) of.pulls.push_back({each, of.pulls.size() + 1});
+    for (object* each : more)
+        if (each) add_pull(of, *each);
 }
 
 void collector::take_next_child(unfinished& of) {

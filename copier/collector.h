@@ -4,6 +4,7 @@
 
 #include "copier/child_positions.h"
 #include "copier/copier_rules.h"
+#include "copier/models_in_use.h"
 #include "copier/snapshot.h"
 
 namespace kelm {
@@ -60,6 +61,7 @@ private:
     void take_next_child(unfinished& of);
     void finish();
     void place(copy_node& node, const object_impl& what);
+    void add_pull(unfinished& of, object& what);
     void plan_pulls(unfinished& of, u32 id, const abstract_property* value);
     void forget_all();
 
@@ -69,6 +71,7 @@ private:
     node_list unplaced_;
     std::vector<unfinished> stack_;
     std::vector<copy_node*> made_;
+    models_in_use models_; // rules and hooks must not free what waits here
 };
 
 } // namespace kelm

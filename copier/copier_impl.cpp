@@ -36,6 +36,7 @@ copier_impl::~copier_impl() = default;
 
 bool copier_impl::copy_object(object* what, bool selected) {
     if (running_paste_) return false;
+    const auto self = weak_from_this().lock(); // a rule may let go of the last pointer to the copier
     const scoped_mark mark{is_copying_};
     return collector{snapshot_, rules_, positions_}.copy(what, selected);
 }
@@ -43,6 +44,7 @@ bool copier_impl::copy_object(object* what, bool selected) {
 bool copier_impl::paste(model* destination, const std::vector<object*>& owners,
                         std::vector<object*>* pasted) {
     if (!destination || is_busy()) return false;
+    const auto self = weak_from_this().lock(); // a rule may let go of the last pointer to the copier
     paste_run run{snapshot_, rules_, *destination, owners};
     const running_mark mark{running_paste_, run};
     const bool stands = run.run();

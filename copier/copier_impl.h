@@ -6,13 +6,15 @@
 #include "copier/copier_rules.h"
 #include "copier/snapshot.h"
 
+#include <boost/enable_shared_from_this.hpp>
+
 namespace kelm {
 
 class paste_run;
 
 /// Rules and hooks may call back while a copy or a paste is running: then copy_object() in a paste, and read() and
 /// paste() in both, change nothing and answer false.
-class copier_impl final : public copier {
+class copier_impl final : public copier, public boost::enable_shared_from_this<copier_impl> {
 public:
     explicit copier_impl(const model& source);
     ~copier_impl() override;

@@ -21,7 +21,13 @@ bool own_level::open(const std::string& name) {
 }
 
 bool own_level::is_open() const {
-    return begin_ && in_.message_at(index_) == opened_ && !begin_->end_message();
+    if (!begin_ || begin_->end_message()) return false;
+    if (in_.message_at(index_) == opened_) return true;
+    // The oldest transactions may have been dropped from the front of the log; else the level is gone for good.
+    index_ = 0;
+    while (index_ != in_.message_count() && in_.message_at(index_) != opened_) ++index_;
+    if (index_ == in_.message_count()) begin_ = nullptr;
+    return begin_ != nullptr;
 }
 
 void own_level::close() {

@@ -33,9 +33,9 @@ private:
 
     model& in_;
     message_history_impl::in_use guard_;
-    tran_begin_message* begin_ = nullptr;
-    message* opened_ = nullptr; // the same
-    std::size_t index_ = 0;     // of it in the history, where it stays as long as the level is open
+    mutable tran_begin_message* begin_ = nullptr; // null once it is gone from the log
+    message* opened_ = nullptr;                   // the same
+    mutable std::size_t index_ = 0;               // where it was last seen in the log
 };
 
 } // namespace kelm

@@ -31,7 +31,10 @@ bool paste_run::by_id::operator()(const owner_and_type& a, const owner_and_type&
 }
 
 paste_run::paste_run(snapshot& from, const copier_rules& rules, model& into, std::vector<object*> owners)
-    : from_(from), rules_(rules), into_(into), owners_(std::move(owners)), level_(into) {}
+    : from_(from), rules_(rules), into_(into), owners_(std::move(owners)), level_(into) {
+    for (object* const each : owners_)
+        if (each) models_.hold(*each);
+}
 
 bool paste_run::run() {
     try {
@@ -41,6 +44,7 @@ bool paste_run::run() {
         if (const std::shared_ptr<end_transaction_rule> rule = rules_.end)
             stands = rule->accept(&into_) && stands;
         if (stands && level_.is_open()) {
+            // Kept: a hook that refuses the end of the outermost transaction takes all back, and the paste is a success.
             level_.close();
             return true;
         }
@@ -138,20 +142,31 @@ paste_run::outcome paste_run::ask_rule(paste_rule& rule, const copy_node& node, 
     if (!level_.is_open()) return outcome::fail;
     switch (action) {
     case paste_action::replace:
-        if (!framework::instance().delete_object(answer_of(rule))) return outcome::stop;
-        return level_.is_open() ? outcome::go_on : outcome::fail;
-    case paste_action::use_existing: made = answer_of(rule); return outcome::go_on;
+    case paste_action::use_existing:
+    case paste_action::map_to_existing: return use_answer(rule, action, node, made);
     case paste_action::defer: deferred_nodes_.add({&node, owner}); return outcome::deferred;
-    case paste_action::map_to_existing: {
-        object* const existing = answer_of(rule);
-        if (!existing) return outcome::fail;
-        enter(node.id, existing);
-        enter_subtree(existing);
-        return outcome::stop;
-    }
     case paste_action::fail: return outcome::fail;
     default: return outcome::go_on;
     }
+}
+
+/// Does what three of the actions say about an object that is there.
+paste_run::outcome paste_run::use_answer(paste_rule& rule, int action, const copy_node& node, object*& made) {
+    object* const existing = answer_of(rule);
+    if (!level_.is_open()) return outcome::fail;
+    if (existing) models_.hold(*existing);
+    if (action == paste_action::use_existing) {
+        made = existing;
+        return outcome::go_on;
+    }
+    if (action == paste_action::replace) {
+        if (!framework::instance().delete_object(existing)) return outcome::stop;
+        return level_.is_open() ? outcome::go_on : outcome::fail;
+    }
+    if (!existing) return outcome::fail;
+    enter(node.id, existing);
+    enter_subtree(existing);
+    return outcome::stop;
 }
 
 int paste_run::ask_action(paste_rule& rule, const copy_node& node, object* owner) const {
@@ -190,6 +205,7 @@ void paste_run::enter_subtree(object* top) {
 paste_run::outcome paste_run::create(const copy_node& node, object* owner, object*& made) {
     made = framework::instance().create_object(node.type, owner);
     if (!made) return outcome::fail;
+    if (!level_.is_open()) return outcome::fail;
     // A name that came with the creation would stay.
     const bool has_name = holds(node.properties, property_id::name);
     return has_name || made->delete_property(property_id::name) ? outcome::go_on : outcome::fail;

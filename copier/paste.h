@@ -3,10 +3,12 @@
 #pragma once
 
 #include "copier/copier_rules.h"
+#include "copier/models_in_use.h"
 #include "copier/own_level.h"
 #include "copier/pending_list.h"
 #include "copier/snapshot.h"
 
+#include <tuple>
 #include <unordered_map>
 
 namespace kelm {
@@ -40,17 +42,23 @@ private:
         object* of;
         u32 id;
         const copy_value* value;
-        auto operator<=>(const pending_value&) const = default;
+        bool operator<(const pending_value& b) const {
+            return std::tie(of, id, value) < std::tie(b.of, b.id, b.value);
+        }
     };
     struct pending_base {
         object* of;
         u32 source_id;
-        auto operator<=>(const pending_base&) const = default;
+        bool operator<(const pending_base& b) const {
+            return std::tie(of, source_id) < std::tie(b.of, b.source_id);
+        }
     };
     struct pending_node {
         const copy_node* node;
         object* owner;
-        auto operator<=>(const pending_node&) const = default;
+        bool operator<(const pending_node& b) const {
+            return std::tie(node, owner) < std::tie(b.node, b.owner);
+        }
     };
     /// Compares by ids, so that rules are asked in an order that does not depend on addresses.
     struct by_id {
@@ -65,6 +73,7 @@ private:
     outcome paste_tree(const copy_node& top, object* owner);
     outcome paste_node(const copy_node& node, object* owner, object*& made);
     outcome ask_rule(paste_rule& rule, const copy_node& node, object* owner, object*& made);
+    outcome use_answer(paste_rule& rule, int action, const copy_node& node, object*& made);
     int ask_action(paste_rule& rule, const copy_node& node, object* owner) const;
     void enter(u32 source_id, object* made);
     void enter_subtree(object* top);
@@ -79,7 +88,7 @@ private:
     outcome set_value(const property_copy& from, object* made);
     std::unique_ptr<abstract_property> resolve(const copy_value& value) const;
     std::unique_ptr<abstract_property> resolve_wholly(const copy_value& value) const;
-    static bool set_if_different(object* of, u32 id, const abstract_property& value);
+    bool set_if_different(object* of, u32 id, const abstract_property& value) const;
     object* mapped(u32 source_id) const;
     bool stands(object* what) const;
 
@@ -101,6 +110,7 @@ private:
     model& into_;
     const std::vector<object*> owners_;
     own_level level_;
+    models_in_use models_;
     bool is_last_pass_ = false;
     std::unordered_map<u32, object*> new_objects_; // by source id
     std::unordered_map<const object*, u32> source_ids_;

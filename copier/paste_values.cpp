@@ -92,9 +92,10 @@ std::unique_ptr<abstract_property> paste_run::resolve_wholly(const copy_value& v
     return is_whole(resolved.get()) ? std::move(resolved) : nullptr;
 }
 
-/// \returns false when the change was refused
-bool paste_run::set_if_different(object* of, u32 id, const abstract_property& value) {
+/// \returns false when the change was refused, and when a hook has closed the level
+bool paste_run::set_if_different(object* of, u32 id, const abstract_property& value) const {
     const value_ptr present = of->get_property(id);
+    if (!level_.is_open()) return false;
     return (present && present->equals(&value)) || of->set_property(id, value);
 }
 

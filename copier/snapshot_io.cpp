@@ -24,8 +24,16 @@ void put_ids(std::ostream& out, const std::vector<u32>& ids) {
     for (const u32 id : ids) put_u32(out, id);
 }
 
+/// \returns a code that a reader can make the value of; 0 when there is none
+u32 stored_code(const copy_value& value) {
+    return value.is_list() || value.is_reference() ? value.kind() : data_types::stream_code_of(value.plain());
+}
+
 void put_value(std::ostream& out, const copy_value& value) {
-    put_u32(out, value.kind());
+    const u32 code = stored_code(value);
+    // What nobody could read again would make the whole unreadable.
+    if (code == data_type::none) return out.setstate(std::ios_base::failbit);
+    put_u32(out, code);
     if (value.is_list()) {
         const nested_level level{out};
         if (!out) return;

@@ -7,6 +7,7 @@
 #include <kelm/object_helpers.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace kelm {
 
@@ -96,11 +97,10 @@ std::vector<inherits_change> detail_modified_impl::inherits_changes() const {
         const std::int64_t new_pos = at == place_now.end() ? -1 : at->second;
         if (new_pos != static_cast<std::int64_t>(i))
             inherits_changes_->push_back({base, static_cast<std::int64_t>(i), new_pos});
-        if (at != place_now.end()) place_now.erase(at);
     }
+    const std::unordered_set<const object*> then(original_inherits().begin(), original_inherits().end());
     for (std::size_t j = 0; j != now.size(); ++j)
-        if (place_now.contains(now[j]))
-            inherits_changes_->push_back({now[j], -1, static_cast<std::int64_t>(j)});
+        if (!then.contains(now[j])) inherits_changes_->push_back({now[j], -1, static_cast<std::int64_t>(j)});
     return *inherits_changes_;
 }
 

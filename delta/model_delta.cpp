@@ -10,6 +10,7 @@ namespace kelm {
 std::unique_ptr<delta> message_history_impl::make_delta(const message* stop) {
     // Reading values runs hooks, which may change the model and drop messages: these stay readable meanwhile.
     const in_use guard{*this};
+    const std::size_t dropped_before = graveyard_.size();
     std::vector<message_impl*> stretch;
     const auto end = std::find_if(messages_.rbegin(), messages_.rend(), [&](const auto& each) {
         if (each.get() == stop) return true;
@@ -17,7 +18,9 @@ std::unique_ptr<delta> message_history_impl::make_delta(const message* stop) {
         return false;
     });
     if (end == messages_.rend()) return nullptr;
-    return summary{static_cast<model_impl&>(model_object_), stretch}.make();
+    std::unique_ptr<delta> made = summary{static_cast<model_impl&>(model_object_), stretch}.make();
+    // What the summary borrows may be among what has been dropped.
+    return graveyard_.size() == dropped_before ? std::move(made) : nullptr;
 }
 
 owned<delta*> model_impl::make_delta(message* stop) { return history_.make_delta(stop).release(); }

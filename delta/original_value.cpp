@@ -55,14 +55,13 @@ bool detail_base_original_properties_impl::could_inherit(u32 id) const {
 effective_value detail_base_original_properties_impl::original_value(u32 id) const {
     if (const abstract_property* const known = known_value(id)) return {known, nullptr, nullptr};
     if (!could_inherit(id)) return {};
-    // With a stack of its own, since lines of bases may be as long as a model is big.  What a bad log makes of the bases
-    // of the start may lead in a circle: nothing is asked that is being asked already.
+    // With a stack of its own, since lines of bases may be as long as a model is big.  Nothing is asked twice: bases may
+    // be reached in many ways, and what a bad log makes of those of the start may lead in a circle.
     std::vector<lookup_level> levels{{this}};
     std::unordered_set<const detail_impl*> asked{this};
     while (!levels.empty()) {
         lookup_level& top = levels.back();
         if (top.next_base == top.at->original_inherits().size()) {
-            asked.erase(top.at);
             levels.pop_back();
             continue;
         }

@@ -16,10 +16,13 @@ summary_part part_in_summary(const meta_property& which) {
                                                                         : summary_part::kept;
 }
 
-bool skip_in_tran_history_fp::do_it(object* of, meta_property* which) {
-    const summary_part part = part_in_summary(*which);
+bool is_left_out(summary_part part, u32 id, const object& of) {
     return part == summary_part::left_out ||
-           (part == summary_part::kept_where_own && !of->defines_property(which->id()));
+           (part == summary_part::kept_where_own && !of.defines_property(id));
+}
+
+bool skip_in_tran_history_fp::do_it(object* of, meta_property* which) {
+    return is_left_out(part_in_summary(*which), which->id(), *of);
 }
 
 } // namespace kelm

@@ -22,6 +22,8 @@ public:
 
     /// \returns null when the stretch comes to nothing
     std::unique_ptr<delta_impl> make();
+    /// \returns whether messages of that type change what a summary tells of
+    static bool folds(u32 type);
 
     // The rows of the table of fold_message(), each for its messages.
     void fold_obj_create(message_impl& what);
@@ -45,7 +47,7 @@ public:
 private:
     struct summed_property {
         u32 id;
-        bool only_where_own;
+        summary_part part;
     };
 
     void fold_message(message_impl& what);
@@ -57,7 +59,7 @@ private:
     /// \returns the properties of a type that a summary looks at, in the order of the type
     const std::vector<summed_property>& properties_of(const object_impl& about);
     static bool is_summed(const summed_property& which, const object_impl& about) {
-        return !which.only_where_own || about.values().holds(which.id);
+        return !is_left_out(which.part, which.id, about);
     }
 
     vector_property& list_of(message_impl& what);

@@ -24,8 +24,7 @@ const std::vector<summary::summed_property>& summary::properties_of(const object
     if (!type) return at->second;
     for (const meta_property* const each : type->properties()) {
         const summary_part part = part_in_summary(*each);
-        if (part != summary_part::left_out)
-            at->second.push_back({each->id(), part == summary_part::kept_where_own});
+        if (part != summary_part::left_out) at->second.push_back({each->id(), part});
     }
     return at->second;
 }

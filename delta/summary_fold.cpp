@@ -37,16 +37,21 @@ void take_first(std::vector<object*>& list, const object* what) {
     if (const auto at = std::ranges::find(list, what); at != list.end()) list.erase(at);
 }
 
-/// \returns the element, taken out; null when there is none at that place
-std::unique_ptr<abstract_property> take_element(vector_property& list, std::size_t at) {
-    if (at >= list.elements.size()) return nullptr;
-    std::unique_ptr<abstract_property> out{list.elements[at]};
+/// Takes an element out.  \returns whether there was one at that place; what stood there may have been null
+bool take_element(vector_property& list, std::size_t at, std::unique_ptr<abstract_property>& taken) {
+    if (at >= list.elements.size()) return false;
+    taken.reset(list.elements[at]);
     list.elements.erase(list.elements.begin() + static_cast<std::ptrdiff_t>(at));
-    return out;
+    return true;
+}
+
+void drop_element(vector_property& list, std::size_t at) {
+    std::unique_ptr<abstract_property> dropped;
+    take_element(list, at, dropped);
 }
 
 void insert_element(vector_property& list, std::size_t at, std::unique_ptr<abstract_property> element) {
-    if (element && insert_at(list.elements, at, element.get())) (void)element.release();
+    if (insert_at(list.elements, at, element.get())) (void)element.release();
 }
 
 struct fold_row {
@@ -75,6 +80,12 @@ constexpr fold_row fold_rows[] = {
 };
 static_assert(std::ranges::is_sorted(fold_rows, {}, &fold_row::type));
 
+/// \returns null for a message that changes nothing a summary tells of
+const fold_row* row_of(u32 type) {
+    const auto* const row = std::ranges::lower_bound(fold_rows, type, {}, &fold_row::type);
+    return row != std::end(fold_rows) && row->type == type ? row : nullptr;
+}
+
 /// \returns whether reading the object's values is nobody's business: no hook hears of it
 bool reads_silently(const object_impl& of) {
     return !of.bases() && !of.has_hooks<pre_prop_get_semantic>() &&
@@ -99,9 +110,10 @@ std::unique_ptr<delta_impl> summary::make() {
 
 void summary::fold_message(message_impl& what) {
     if (!what.object()) return; // a log that was read may speak of what is not there
-    const auto row = std::ranges::lower_bound(fold_rows, what.type(), {}, &fold_row::type);
-    if (row != std::end(fold_rows) && row->type == what.type()) (this->*row->fold)(what);
+    if (const fold_row* const row = row_of(what.type())) (this->*row->fold)(what);
 }
+
+bool summary::folds(u32 type) { return row_of(type) != nullptr; }
 
 detail_base_original_properties_impl& summary::detail_of(object_impl& of) {
     if (auto* const gone = made_->find(made_->deleted_by_id, of)) return *gone;
@@ -152,11 +164,13 @@ vector_property& summary::list_of(message_impl& what) {
 void summary::fold_element_set(message_impl& what) {
     const auto& set = as<property_set_vec_prop_message_impl>(what);
     vector_property& list = list_of(what);
-    if (take_element(list, set.pos())) insert_element(list, set.pos(), clone(set.known_old_value()));
+    if (set.pos() >= list.elements.size()) return;
+    drop_element(list, set.pos());
+    insert_element(list, set.pos(), clone(set.known_old_value()));
 }
 
 void summary::fold_element_insert(message_impl& what) {
-    take_element(list_of(what), as<property_insert_vec_prop_message_impl>(what).pos());
+    drop_element(list_of(what), as<property_insert_vec_prop_message_impl>(what).pos());
 }
 
 void summary::fold_element_delete(message_impl& what) {
@@ -168,7 +182,8 @@ void summary::fold_element_move(message_impl& what) {
     const auto& move = as<element_position_vec_prop_message_impl>(what);
     vector_property& list = list_of(what);
     // Kept: the move is made once more, not taken back, so that a list which was moved about shows as changed.
-    insert_element(list, move.new_pos(), take_element(list, move.old_pos()));
+    std::unique_ptr<abstract_property> moved;
+    if (take_element(list, move.old_pos(), moved)) insert_element(list, move.new_pos(), std::move(moved));
 }
 
 void summary::fold_not_inheritable(message_impl& what) {

@@ -51,7 +51,9 @@ object* create_plain(u32 type, object_impl& owner) {
     auto message = std::make_unique<obj_create_message_impl>(&made, &owner);
     message_impl& said = *message;
     in.log().add_message(std::move(message));
-    if (!made.notify(&said) || !run_create_hooks(made) || !add_to_owner(made, owner)) return nullptr;
+    if (!made.notify(&said) || !run_create_hooks(made)) return nullptr;
+    // A hook or an observer may have rolled the creation back, and say that all is well: what is deleted stays alone.
+    if (!made.is_deleted() && !add_to_owner(made, owner)) return nullptr;
     set_made(made);
     return &made;
 }

@@ -23,9 +23,13 @@ public:
     };
 
     /// Stores a clone, made before the former rule goes: `rule` may be that very one.  The key goes last in order.
+    /// A rule that gives no clone leaves the key without one.
     void set(const Key& key, const Rule& rule) {
         std::shared_ptr<Rule> made{rule.clone()};
-        by_key_[key] = {std::move(made), next_turn_++};
+        if (made)
+            by_key_[key] = {std::move(made), next_turn_++};
+        else
+            by_key_.erase(key);
     }
     /// \returns null when there is none
     std::shared_ptr<Rule> of(const Key& key) const {
@@ -39,6 +43,7 @@ public:
         std::map<std::size_t, entry> by_turn;
         for (const auto& [key, held] : by_key_) by_turn.emplace(held.turn, entry{key, held.rule});
         std::vector<entry> all;
+        all.reserve(by_turn.size());
         for (auto& [turn, each] : by_turn) all.push_back(std::move(each));
         return all;
     }

@@ -47,7 +47,7 @@ bool is_slot(const void* memory) {
 } // namespace
 
 void* allocate_slot(std::size_t size) {
-    if constexpr (free_list::enabled) {
+    if (free_list::enabled) {
         size = (size + free_list::grain - 1) / free_list::grain * free_list::grain;
         if (reserve_for(size)) {
             if (range.freed) {

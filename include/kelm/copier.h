@@ -113,9 +113,9 @@ public:
     /// Appends to user_ids().
     virtual void add_user_id(u32 id) = 0;
     /// Makes the snapshot's objects anew in a transaction "Paste Objects" of `destination`; the snapshot stays.
-    /// \param owners  each top node goes under the first that may have such a child, and is left out when none may
+    /// \param owners  of that model: each top node goes under the first that may have it, or is left out
     /// \param pasted  null, or receives the objects now standing for the selected top nodes; stale after a failure
-    /// \returns false when a rule failed it or a change was refused: everything has been rolled back
+    /// \returns false when a rule or a refusal failed it: it is rolled back, unless a rule has ended its transaction
     /// \throws  std::runtime_error when the destination has used up its ids; everything has been rolled back
     virtual bool paste(model* destination, const std::vector<object*>& owners,
                        std::vector<object*>* pasted) = 0;
@@ -150,7 +150,7 @@ public:
     /// \returns false for what ends early or tells what cannot be: the snapshot is then empty
     virtual bool read(std::istream& in) = 0;
     /// Appends the snapshot: docs/snapshot_format.md tells what stands where.
-    /// \returns false when the stream has failed
+    /// \returns false when the stream has failed, and for values too deep or of no kind that a reader could make
     virtual bool write(std::ostream& out) const = 0;
 };
 

@@ -34,7 +34,8 @@ public:
                                shared_ptr<abstract_property> value, const std::string& text) = 0;
 };
 
-/// A child that stands at another place than at the start of the stretch.
+/// A child that was put to another place on purpose: from where, before the first such move, and to where, behind the
+/// last.  Children that were only pushed aside have none.
 struct child_order_change {
     object* child = nullptr;
     u64 old_pos = 0;
@@ -76,9 +77,10 @@ To* detail_cast(From* from) {
 /// The values that an object had at the start of the stretch: its own, and those it inherited then.
 class KELM_EXPORT detail_base_original_properties {
 public:
-    /// \returns whether the object had a value of its own
+    /// \returns whether a value of the object itself is known; also one that it had inherited and then replaced is
+    ///          taken for its own.  What summaries leave out is known only where a message speaks of it.
     virtual bool has_original_property(u32 id) const = 0;
-    /// \returns whether the object had a value, own or inherited
+    /// \returns whether a value is found: that of has_original_property(), or one along the bases of then
     virtual bool had_property(u32 id) const = 0;
     /// \param translate  borrowed; null for the value as it was
     /// \returns the value, own or inherited; empty when there was none
@@ -108,12 +110,14 @@ public:
     /// \returns null when the owner is no longer in the model
     virtual object* owner() const = 0;
     virtual std::vector<delta_detail*> child_details() const = 0;
-    /// \returns where it stood among the children of its type; npos32 when the stretch does not tell
+    /// \returns where it stood among the children of its type, of the first owner that it was taken from; npos32 when
+    ///          the stretch does not tell
     virtual u32 position() const = 0;
     virtual ~detail_delete() = default;
 };
 
-/// An object that was there before and still is, and differs.
+/// An object that was there before, and differs.  One that was given another owner and then went with it is told
+/// twice, as modified and as deleted.
 class KELM_EXPORT detail_modified {
 public:
     virtual std::vector<child_order_change> child_order_changes() const = 0;
@@ -126,11 +130,12 @@ public:
     virtual ~detail_modified() = default;
 };
 
-/// A summary.  It borrows values from the messages that it was made of, and is good as long as these live: until
-/// undo, redo, a rollback or a limit of the history drops them.
+/// A summary.  It borrows values from messages and objects: look at it before the model changes again.  It dangles
+/// once undo, redo, a rollback, a limit of the history, clear_history or reading drops messages that it was made of.
 class KELM_EXPORT delta {
 public:
-    // The top-level details of each kind, newest first.  Details are owned by the delta.
+    // The top-level details of each kind, in the order of a walk from the newest change back; inheritors that only see
+    // a change come behind those that were changed.  Details are owned by the delta.
     virtual std::vector<delta_detail*> deleted_details() const = 0;
     virtual std::vector<delta_detail*> created_details() const = 0;
     virtual std::vector<delta_detail*> modified_details() const = 0;

@@ -64,9 +64,18 @@ public:
     virtual int undo_levels() const = 0;
     virtual void set_undo_levels(int n) = 0;
 
+    // What a stretch of the history comes to: delta.h.  None is given for a stretch that comes to nothing, for one that
+    // begins with what the history does not have, and when hooks of reads had messages dropped meanwhile.
+
+    /// \param from  with its transaction; null stands for the first message, which itself is left out
+    /// \returns what came of it and all behind it; empty for none
     virtual shared_ptr<delta> delta_since(tran_begin_message* from) = 0;
     virtual tran_begin_message* last_transaction() const = 0;
+    /// \returns what the level or transaction that the newest message ends has come to, borrowed: it is kept until the
+    ///          next begin, undo, redo or rollback.  Null for none, and when the newest message is no end.
     virtual delta* last_delta() = 0;
+    /// \param stop  borrowed; what came behind it counts
+    /// \returns for delete_delta(); null for none
     virtual owned<delta*> make_delta(message* stop) = 0;
     virtual bool last_transaction_is_empty() const = 0;
 

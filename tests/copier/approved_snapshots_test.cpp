@@ -155,17 +155,5 @@ TEST_F(approved_snapshots_read, end_where_they_end) {
     EXPECT_EQ(rest, "more") << "what follows in a stream is the application's";
 }
 
-TEST_F(approved_snapshots_read, lose_values_of_no_kind) {
-    object* const a = thing("a");
-    begin();
-    a->set_property(props::number, property<unsigned>{7});
-    end();
-    EXPECT_TRUE(clip->copy_object(a, true));
-    std::ostringstream out;
-    clip->write(out);
-    EXPECT_FALSE(read(out.str())) << "there is nothing to read them with";
-    EXPECT_EQ(shape_of(*clip), "");
-}
-
 } // namespace
 } // namespace kelm::test

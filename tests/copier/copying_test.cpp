@@ -200,6 +200,59 @@ TEST_F(copying, of_a_child_that_came_later_puts_it_last) {
     EXPECT_FALSE(clip->has_selected_object(first->id()));
 }
 
+TEST_F(copying, of_children_of_two_owners_in_turns_finds_their_positions) {
+    object* const a = thing("a");
+    object* const b = thing("b");
+    std::vector<std::pair<object*, u32>> children; // with their positions
+    for (u32 i = 0; i != 6; ++i)
+        for (object* owner : {a, b}) {
+            children.emplace_back(part("p", owner), i);
+            children.emplace_back(thing("t", owner), i);
+        }
+    const auto expect_positions = [&] {
+        clip = fw.create_copier(model);
+        for (const auto& [child, at] : children) copy(child);
+        const snapshot all = contents_of(*clip);
+        ASSERT_EQ(all.top_nodes.size(), children.size());
+        for (const auto& [child, at] : children)
+            EXPECT_EQ(find_node(all.top_nodes, child->id())->position, at);
+    };
+    expect_positions();
+    std::ranges::reverse(children);
+    expect_positions();
+    std::ranges::rotate(children, children.begin() + 7);
+    std::swap(children[2], children[20]);
+    expect_positions();
+}
+
+TEST_F(copying, of_children_that_move_meanwhile_finds_where_they_are_now) {
+    object* const a = thing("a");
+    object* const b = thing("b");
+    for (const char* name : {"0", "1", "2", "3", "4"}) {
+        part(name, a);
+        part(name, b);
+    }
+    const std::vector<object*> of_a = a->children();
+    const std::vector<object*> of_b = b->children();
+    const auto expect_at = [&](object* child, u32 position) {
+        EXPECT_TRUE(copy(child));
+        EXPECT_EQ(find_node(contents_of(*clip).top_nodes, child->id())->position, position);
+    };
+    expect_at(of_a[4], 4);
+    expect_at(of_b[4], 4);
+    expect_at(of_a[2], 2); // all positions of both are known now
+    expect_at(of_b[2], 2);
+    begin();
+    a->set_child_position(of_a[3], 0);
+    fw.delete_object(of_b[0]);
+    end();
+    expect_at(of_a[3], 0);
+    expect_at(of_b[3], 2);
+    expect_at(of_a[0], 1);
+    expect_at(of_b[1], 0);
+    expect_at(of_a[1], 2);
+}
+
 TEST_F(copying, holds_what_was_when_it_was_copied) {
     object* const a = thing("a");
     object* const b = part("b", a);

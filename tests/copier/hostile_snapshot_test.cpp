@@ -2,6 +2,7 @@
 // Sound bytes are approved_snapshots_test.
 #include "tests/copier/copy_paste_world.h"
 #include "tests/support/approved.h"
+#include "tests/support/full_buffer.h"
 #include "tests/support/stored_fields.h"
 
 #include <stdexcept>
@@ -224,19 +225,6 @@ TEST_F(hostile_snapshot, takes_no_more_than_there_is_to_read) {
 }
 
 // Streams that fail
-
-class full_buffer final : public std::streambuf {
-public:
-    explicit full_buffer(std::size_t room) : room_(room) {}
-
-private:
-    int_type overflow(int_type byte) override {
-        if (room_ == 0) return traits_type::eof();
-        --room_;
-        return traits_type::not_eof(byte);
-    }
-    std::size_t room_;
-};
 
 TEST_F(hostile_snapshot, that_fills_its_stream_is_told) {
     const std::string bytes = approved_bytes("snapshot_bases");

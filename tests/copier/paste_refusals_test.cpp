@@ -161,6 +161,17 @@ TEST_F(refusing_observers, fail_the_paste_for_what_must_succeed) {
     }
 }
 
+TEST_F(refusing_observers, change_nothing_about_the_end) {
+    copy_everything();
+    refuse(message_type::tran_end);
+    const std::string before = far_dump();
+    EXPECT_TRUE(paste());
+    calm();
+    EXPECT_FALSE(far_model->in_transaction());
+    EXPECT_EQ(pasted.size(), 4U);
+    expect_paste_undone_and_redone(before);
+}
+
 TEST_F(refusing_observers, end_the_node_for_marks_and_present_bases) {
     add_base(nameless, base);
     begin();
@@ -258,22 +269,19 @@ TEST_F(paste_refusals, are_not_what_a_hook_does_that_deletes_the_owner_of_a_new_
             return true;
         });
         const std::string before = far_dump();
-        if (paste()) {
-            // One that is being given a child refuses to go behind that.
-            EXPECT_EQ(far_tree(), kind == pre_add_child_semantic::kind ? "later" : "full(child) later");
-            EXPECT_FALSE(far_model->in_transaction());
-            EXPECT_EQ(broken_links(*far_model), "");
-            far_model->undo();
-            EXPECT_EQ(far_dump(), before);
-        } else {
-            expect_untouched(before);
-        }
+        EXPECT_TRUE(paste());
+        // One that is being given a child refuses to go behind that.
+        EXPECT_EQ(far_tree(), kind == pre_add_child_semantic::kind ? "later" : "full(child) later");
+        EXPECT_FALSE(far_model->in_transaction());
+        EXPECT_EQ(broken_links(*far_model), "");
+        far_model->undo();
+        EXPECT_EQ(far_dump(), before);
         hooks.clear();
         far_model->clear_history();
     }
 }
 
-TEST_F(paste_refusals, are_not_what_a_hook_does_that_deletes_the_owner_pasted_into) {
+TEST_F(paste_refusals, are_what_a_hook_does_that_deletes_the_owner_pasted_into) {
     object* const into = far(types::thing, "into");
     copy_everything();
     hooks.on<post_prop_set_semantic>([&](hook_call&) {
@@ -281,26 +289,26 @@ TEST_F(paste_refusals, are_not_what_a_hook_does_that_deletes_the_owner_pasted_in
         return true;
     });
     const std::string before = far_dump();
-    const bool done = paste({into});
+    EXPECT_FALSE(paste({into})) << "the next object has nowhere to go";
     hooks.clear();
-    EXPECT_FALSE(far_model->in_transaction());
-    EXPECT_EQ(broken_links(*far_model), "");
-    if (done) far_model->undo();
-    EXPECT_EQ(far_dump(), before);
+    expect_untouched(before);
 }
 
 // Hooks of the model itself, behind the outermost end.
 
 class refused_ends : public hooked_model_world {};
 
-TEST_F(refused_ends, take_everything_back) {
+// The end of a transaction answers nothing, so a paste does not learn of it.
+TEST_F(refused_ends, keep_a_paste_true_that_they_take_back) {
     object* const a = thing("a");
     const shared_ptr<copier> clip = fw.create_copier(model);
     clip->copy_object(a, true);
     const std::string before = dump();
     at_end = [](kelm::model*) { return false; };
-    clip->paste(model, {root}, nullptr);
+    std::vector<object*> pasted;
+    EXPECT_TRUE(clip->paste(model, {root}, &pasted)) << "the paste itself had gone well";
     EXPECT_EQ(dump(), before);
+    ASSERT_EQ(pasted.size(), 1U);
     EXPECT_FALSE(model->in_transaction());
     EXPECT_TRUE(clip->destination_model_id() == GUID{});
 }

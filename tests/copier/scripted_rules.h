@@ -13,6 +13,7 @@ namespace kelm::test {
 /// What all scripts keep: how many of their rules live, and what these were asked, a line a call.
 struct rule_script {
     int alive = 0;
+    bool gives_clones = true;
     std::string heard;
 
     std::string take() { return std::exchange(heard, {}); }
@@ -29,6 +30,10 @@ public:
 
 protected:
     Script& script() const { return script_; }
+    template <class Self>
+    Rule* clone_of(const Self& self) const {
+        return script_.gives_clones ? new Self(self) : nullptr;
+    }
 
 private:
     Script& script_;
@@ -50,7 +55,7 @@ public:
         script().heard += name_or_number(of) + "\n";
         return !script().on_call || script().on_call(of, out);
     }
-    owned<copy_rule*> clone() const override { return new scripted_copy_rule(*this); }
+    owned<copy_rule*> clone() const override { return clone_of(*this); }
 };
 
 /// What a paste rule is asked.
@@ -99,7 +104,7 @@ public:
         return script().on_call ? script().on_call(call) : paste_action::create;
     }
     kelm::object* object() override { return script().on_object ? script().on_object() : script().target; }
-    owned<paste_rule*> clone() const override { return new scripted_paste_rule(*this); }
+    owned<paste_rule*> clone() const override { return clone_of(*this); }
 };
 
 struct value_script : rule_script {
@@ -114,7 +119,7 @@ public:
         return script().on_call ? script().on_call(what, id, value, last_pass)
                                 : property_paste_result::nothing;
     }
-    owned<property_paste_rule*> clone() const override { return new scripted_value_rule(*this); }
+    owned<property_paste_rule*> clone() const override { return clone_of(*this); }
 };
 
 struct order_script : rule_script {
@@ -130,7 +135,7 @@ public:
         script().heard += "\n";
         return !script().on_call || script().on_call(owner, child_type, children);
     }
-    owned<object_order_rule*> clone() const override { return new scripted_order_rule(*this); }
+    owned<object_order_rule*> clone() const override { return clone_of(*this); }
 };
 
 struct end_script : rule_script {
@@ -143,7 +148,7 @@ public:
         script().heard += destination->in_transaction() ? "open\n" : "closed\n";
         return !script().on_call || script().on_call(destination);
     }
-    owned<end_transaction_rule*> clone() const override { return new scripted_end_rule(*this); }
+    owned<end_transaction_rule*> clone() const override { return clone_of(*this); }
 };
 
 } // namespace kelm::test

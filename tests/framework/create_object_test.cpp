@@ -1,5 +1,6 @@
 // Making and deleting objects and models through the framework: steps, flags, refusals.
 // The cascade of a deletion is tested with objects.
+#include "tests/support/consistency.h"
 #include "tests/support/model_hooks.h"
 #include "tests/support/unregistered_value.h"
 
@@ -210,6 +211,21 @@ TEST_F(create_object, a_hook_that_rolls_back_and_agrees_revives_nothing) {
     EXPECT_EQ(made->state(), state::deleted);
     EXPECT_EQ(model->find_object(made->id()), nullptr);
     EXPECT_FALSE(owner->has_children());
+}
+
+TEST_F(create_object, what_its_own_hook_rolls_back_comes_to_no_owner) {
+    hooks.on<obj_create_semantic>([&](hook_call&) {
+        model->rollback_transaction();
+        return true;
+    });
+    object* const owner = thing("owner");
+    begin();
+    object* const made = fw.create_object(types::hooked, owner);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->state(), state::deleted);
+    EXPECT_FALSE(owner->has_children());
+    EXPECT_EQ(model->message_count(), 0u) << message_types();
+    EXPECT_EQ(broken_links(*model), "");
 }
 
 TEST_F(create_object, children_that_hooks_give_a_new_model_stay_and_are_forgotten) {

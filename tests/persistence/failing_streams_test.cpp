@@ -3,6 +3,7 @@
 #include "tests/persistence/every_change.h"
 #include "tests/persistence/hostile_world.h"
 #include "tests/support/dom_document.h"
+#include "tests/support/full_buffer.h"
 
 #include <gtest/gtest.h>
 
@@ -16,26 +17,6 @@ namespace kelm::test {
 namespace {
 
 constexpr auto every_failure = std::ios::failbit | std::ios::badbit | std::ios::eofbit;
-
-/// Takes so many bytes and no more.
-class full_buffer final : public std::streambuf {
-public:
-    explicit full_buffer(std::size_t room) : room_(room) {}
-
-private:
-    int_type overflow(int_type byte) override {
-        if (room_ == 0) return traits_type::eof();
-        --room_;
-        return traits_type::not_eof(byte);
-    }
-    std::streamsize xsputn(const char*, std::streamsize count) override {
-        const std::size_t taken = std::min(room_, static_cast<std::size_t>(count));
-        room_ -= taken;
-        return static_cast<std::streamsize>(taken);
-    }
-
-    std::size_t room_;
-};
 
 /// What buffers and handlers below throw: nothing that a stream throws itself.
 struct out_of_order : std::runtime_error {
