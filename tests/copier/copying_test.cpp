@@ -220,7 +220,7 @@ TEST_F(copying, of_children_of_two_owners_in_turns_finds_their_positions) {
     expect_positions();
     std::ranges::reverse(children);
     expect_positions();
-    std::ranges::rotate(children, children.begin() + 7);
+    std::rotate(children.begin(), children.begin() + 7, children.end());
     std::swap(children[2], children[20]);
     expect_positions();
 }
