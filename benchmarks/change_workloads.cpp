@@ -16,19 +16,6 @@ kelm::shared_ptr<kelm::delta> sum_up(const tree& built) {
     return changes;
 }
 
-/// Every `step`th package, from the first.
-std::vector<kelm::object*> some_packages(const tree& built, std::size_t step) {
-    std::vector<kelm::object*> packages;
-    const std::vector<kelm::object*> all = built.root->children();
-    for (std::size_t i = 0; i < all.size(); i += step) packages.push_back(all[i]);
-    return packages;
-}
-
-std::size_t object_count(const tree& built) {
-    std::vector<kelm::u32> ids;
-    return built.model->object_ids(ids);
-}
-
 /// Copies `what` and pastes it below the root, time and again; each paste is undone.
 void measure_paste(const tree& built, const std::vector<kelm::object*>& what, const char* name) {
     const std::size_t before = object_count(built);

@@ -96,4 +96,16 @@ void close(tree& done) {
     done = {};
 }
 
+std::size_t object_count(const tree& built) {
+    std::vector<u32> ids;
+    return built.model->object_ids(ids);
+}
+
+std::vector<object*> some_packages(const tree& built, std::size_t step) {
+    std::vector<object*> packages;
+    const std::vector<object*> all = built.root->children();
+    for (std::size_t i = 0; i < all.size(); i += step) packages.push_back(all[i]);
+    return packages;
+}
+
 } // namespace workload

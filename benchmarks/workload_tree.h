@@ -30,4 +30,9 @@ struct tree {
 tree build(std::size_t wanted);
 void close(tree& done);
 
+/// \returns how many objects the model has, the root among them
+std::size_t object_count(const tree& built);
+/// \returns every `step`th package in the order of their making, from the first
+std::vector<kelm::object*> some_packages(const tree& built, std::size_t step);
+
 } // namespace workload

@@ -22,9 +22,7 @@ using namespace workload;
 constexpr std::size_t renames = 100'000;
 
 void verify_tree(const tree& built) {
-    std::vector<kelm::u32> ids;
-    if (built.model->object_ids(ids) != built.objects.size() + 1)
-        fail("the tree has not the objects it should");
+    if (object_count(built) != built.objects.size() + 1) fail("the tree has not the objects it should");
     if (!built.model->can_undo()) fail("the tree was not recorded");
     if (kelm::object_name(built.objects.front()) != "pkg_0") fail("a name is wrong");
 }
@@ -151,11 +149,6 @@ const kelm::object* target_of(const kelm::object* what) {
     return value ? static_cast<const kelm::property<kelm::object*>&>(*value).value : nullptr;
 }
 
-std::size_t object_count(const tree& built) {
-    std::vector<kelm::u32> ids;
-    return built.model->object_ids(ids);
-}
-
 /// \returns the objects and references that go with the packages, by what every object says of itself
 loss expected_loss(const tree& built, const std::vector<kelm::object*>& packages) {
     const std::set<const kelm::object*> going(packages.begin(), packages.end());
@@ -188,10 +181,7 @@ std::size_t reference_count(const tree& built) {
 /// Deletes every tenth package in one transaction, with all in it and all that refers to it; undoes it.
 void measure_deletion(std::size_t wanted) {
     tree built = build(wanted);
-    std::vector<kelm::object*> packages = built.root->children();
-    for (std::size_t i = 0; i != packages.size(); ++i)
-        if (i % 10 == 0) packages[i / 10] = packages[i];
-    packages.resize((packages.size() + 9) / 10);
+    const std::vector<kelm::object*> packages = some_packages(built, 10);
     const std::size_t objects = object_count(built);
     const std::size_t references = reference_count(built);
     const loss lost = expected_loss(built, packages);
@@ -241,19 +231,46 @@ constexpr measurement measurements[] = {
     {"deletion", measure_deletion},
 };
 
-} // namespace
-
-/// Arguments are sizes, and names of measurements; without sizes, or without names, all of them are taken.
-int main(int argc, char** argv) {
+/// What the command line asks for: sizes, and names of measurements; without sizes, or without names, all are taken.
+struct request {
     std::vector<std::size_t> sizes;
     std::set<std::string> names;
-    for (const std::string& argument : std::vector<std::string>(argv + 1, argv + argc))
-        if (std::isdigit(static_cast<unsigned char>(argument[0])))
-            sizes.push_back(std::strtoull(argument.c_str(), nullptr, 10));
-        else
-            names.insert(argument);
-    if (sizes.empty()) sizes = {10'000, 100'000, 1'000'000};
-    for (const std::size_t n : sizes)
+
+    bool has(const char* name) const { return names.empty() || names.contains(name); }
+};
+
+bool is_measurement(const std::string& name) {
+    return std::ranges::any_of(measurements, [&](const measurement& each) { return each.name == name; });
+}
+
+bool is_size(const std::string& argument) {
+    const auto is_digit = [](unsigned char c) { return std::isdigit(c) != 0; };
+    return !argument.empty() && std::ranges::all_of(argument, is_digit);
+}
+
+/// Ends the process when an argument is neither a size nor the name of a measurement.
+request read_request(const std::vector<std::string>& arguments) {
+    request out;
+    for (const std::string& argument : arguments)
+        if (is_size(argument))
+            out.sizes.push_back(std::strtoull(argument.c_str(), nullptr, 10));
+        else if (is_measurement(argument))
+            out.names.insert(argument);
+        else {
+            std::string names;
+            for (const measurement& each : measurements)
+                names += names.empty() ? each.name : std::string(", ") + each.name;
+            fail(("'" + argument + "' is neither a size nor one of the measurements " + names + ".").c_str());
+        }
+    if (out.sizes.empty()) out.sizes = {10'000, 100'000, 1'000'000};
+    return out;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const request asked = read_request({argv + 1, argv + argc});
+    for (const std::size_t n : asked.sizes)
         for (const auto& [name, measure] : measurements)
-            if (names.empty() || names.contains(name)) in_own_process([n, run = measure] { run(n); });
+            if (asked.has(name)) in_own_process([n, run = measure] { run(n); });
 }

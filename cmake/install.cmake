@@ -6,7 +6,7 @@ set(kelm_config_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kelm)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kelm
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN "*.h")
-install(TARGETS kelm kelm_plain_operator_names EXPORT kelm-targets)
+install(TARGETS kelm kelm_testing kelm_plain_operator_names EXPORT kelm-targets)
 install(EXPORT kelm-targets
     NAMESPACE kelm::
     FILE kelmTargets.cmake
@@ -53,5 +53,8 @@ if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
     set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
     set(CPACK_DEBIAN_PACKAGE_DEPENDS "libboost-dev (>= 1.74), libxerces-c-dev (>= 3.2)")
+    if(KELM_BUILD_EXAMPLES) # kelm-schema is in it as well
+        string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libsqlite3-0 (>= 3.34)")
+    endif()
     include(CPack)
 endif()

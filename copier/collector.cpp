@@ -47,8 +47,8 @@ void collector::copy_values(unfinished& of) {
     of.node->properties.reserve(of.what->values().size());
     for (const auto& [id, value] : of.what->values()) {
         if (!value) continue;
-        of.node->properties.push_back({id, copy_value::of(value.get())});
-        plan_pulls(of, id, value.get());
+        of.node->properties.push_back({id, copy_value::of(value)});
+        plan_pulls(of, id, value);
     }
     const auto [first, last] = rules_.extra_properties.equal_range(of.node->type);
     for (auto each = first; each != last; ++each) of.extras.push_back(each->second);

@@ -48,7 +48,8 @@ bool copier_impl::paste(model* destination, const std::vector<object*>& owners,
     paste_run run{snapshot_, rules_, *destination, owners};
     const running_mark mark{running_paste_, run};
     const bool stands = run.run();
-    // Kept: also those of a paste that has failed, which are deleted by now.
+    // Kept: also of a paste that has failed.  What it made is deleted by now, unless it was committed meanwhile; what
+    // stood in for a new object is there as before.
     if (pasted) run.pasted_objects(*pasted);
     return stands;
 }

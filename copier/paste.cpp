@@ -4,7 +4,6 @@
 
 #include <kelm/framework.h>
 #include <kelm/meta_model.h>
-#include <kelm/object.h>
 
 #include <algorithm>
 #include <tuple>
@@ -12,8 +11,6 @@
 namespace kelm {
 
 namespace {
-
-bool is_deleted(const object* what) { return what->state() == state::deleted; }
 
 /// \returns what a rule answers; null for an object that is in no model, which is nothing to work with
 object* answer_of(paste_rule& rule) {

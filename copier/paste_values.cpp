@@ -4,15 +4,11 @@
 
 #include "framework/values.h"
 
-#include <kelm/object.h>
-
 #include <algorithm>
 
 namespace kelm {
 
 namespace {
-
-bool is_deleted(const object* what) { return what->state() == state::deleted; }
 
 /// \returns whether nothing is missing in what a value has been resolved to
 bool is_whole(const abstract_property* value) {

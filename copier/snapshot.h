@@ -113,7 +113,8 @@ struct snapshot {
 };
 
 /// Appends a snapshot: docs/snapshot_format.md tells the fields.
-/// \returns false when the stream has failed, and for too deep values
+/// \returns false when the stream has failed, and for values that no reader could make: too deep ones, null ones, and
+///          those of a kind without a code
 bool write_snapshot(std::ostream& out, const snapshot& from);
 
 /// Replaces what is in `into` by what write_snapshot() wrote; the user ids read are appended to those that are there.

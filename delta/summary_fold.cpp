@@ -246,14 +246,15 @@ void summary::fold_inherits_replace(message_impl& what) {
 
 void summary::fold_obj_delete(message_impl& what) {
     object_impl& gone = about(what);
-    auto& kept = made_->deleted_by_id[gone.id()];
-    if (kept) return; // only a bad log deletes twice
+    if (made_->find(made_->deleted_by_id, gone)) return; // only a bad log deletes twice
     object* const told = as<obj_delete_message_impl>(what).owner();
     object* const owner = told ? made_->model().find_object(told->id()) : nullptr;
+    // An owner went after its children, and is met before them.  Found before the object is entered: a bad log may say
+    // that it owned itself.
+    detail_delete_impl* const parent = told ? made_->find(made_->deleted_by_id, *told) : nullptr;
+    auto& kept = made_->deleted_by_id[gone.id()];
     kept = std::make_unique<detail_delete_impl>(*made_, gone, owner);
     kept->set_original_not_inheritable(gone.not_inheritable_properties());
-    // An owner went after its children, and is met before them.
-    detail_delete_impl* const parent = told ? made_->find(made_->deleted_by_id, *told) : nullptr;
     kept->set_parent(parent);
     (parent ? parent->children() : made_->deleted).append(*kept);
 }

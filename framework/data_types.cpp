@@ -21,11 +21,13 @@ struct kind {
 class registry {
 public:
     void add(u32 code, const std::type_info& type, value_factory make, const std::string& name) {
-        kinds_.try_emplace(code, kind{make, &type, name});
+        const auto entered = kinds_.try_emplace(code, kind{make, &type, name}).first;
+        if (code < low_.size()) low_[code] = &entered->second;
         answers_ = {};
     }
 
     const kind* find(u32 code) const {
+        if (code < low_.size()) return low_[code];
         const auto found = kinds_.find(code);
         return found == kinds_.end() ? nullptr : &found->second;
     }
@@ -56,6 +58,7 @@ private:
     static constexpr std::size_t slots = 64;
 
     std::map<u32, kind> kinds_;
+    std::array<const kind*, 16> low_{}; // those of the library, which nearly all values are of
     std::array<answer, slots> answers_; // by the address of the type; what collides is asked again
 };
 

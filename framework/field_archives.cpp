@@ -25,9 +25,7 @@ void keep_if_read(const std::istream& in, Value& into, Value read) {
 
 } // namespace
 
-bool binary_out::good() const { return !out_->fail(); }
 void binary_out::fail() { out_->setstate(std::ios_base::failbit); }
-void binary_out::number(const char*, u32 value) { put_u32(*out_, value); }
 void binary_out::flag(const char*, bool value) { put_bool(*out_, value); }
 void binary_out::text(const char*, const std::string& value) { put_string(*out_, value); }
 void binary_out::identity(const char*, const GUID& value) { put_guid(*out_, value); }
@@ -35,9 +33,7 @@ void binary_out::stored_value(const abstract_property* value, u32, const value_s
     put_stored_value(*out_, value);
 }
 
-bool binary_in::good() const { return !in_->fail(); }
 void binary_in::fail() { in_->setstate(std::ios_base::failbit); }
-void binary_in::number(const char*, u32& value) { keep_if_read(*in_, value, get_u32(*in_)); }
 void binary_in::flag(const char*, bool& value) { keep_if_read(*in_, value, get_bool(*in_)); }
 void binary_in::text(const char*, std::string& value) { keep_if_read(*in_, value, get_string(*in_)); }
 void binary_in::identity(const char*, GUID& value) { keep_if_read(*in_, value, get_guid(*in_)); }

@@ -2,6 +2,7 @@
 // Which fields a record has, and in which order, is told by the record.
 #pragma once
 
+#include "util/bytes.h"
 #include "util/document_state.h"
 
 #include <kelm/guid.h>
@@ -62,10 +63,10 @@ public:
     [[nodiscard]] void* element() const { return nullptr; }
     [[nodiscard]] binary_out inner(const char*) const { return *this; }
 
-    [[nodiscard]] bool good() const;
+    [[nodiscard]] bool good() const { return !out_->fail(); }
     /// The record cannot be written.
     void fail();
-    void number(const char* name, u32 value);
+    void number(const char*, u32 value) { put_u32(*out_, value); }
     void attribute(const char* name, u32 value) { number(name, value); }
     void content(u32 value) { number(nullptr, value); }
     void numbers(const char* name, u32 value, const char* inner_name, u32 inner_value) {
@@ -116,10 +117,13 @@ public:
     [[nodiscard]] binary_in inner(const char*) const { return *this; }
     [[nodiscard]] bool is_there() const { return true; }
 
-    [[nodiscard]] bool good() const;
+    [[nodiscard]] bool good() const { return !in_->fail(); }
     /// The record cannot be read.
     void fail();
-    void number(const char* name, u32& value);
+    void number(const char*, u32& value) {
+        const u32 read = get_u32(*in_);
+        if (*in_) value = read;
+    }
     void attribute(const char* name, u32& value) { number(name, value); }
     void content(u32& value) { number(nullptr, value); }
     void numbers(const char* name, u32& value, const char* inner_name, u32& inner_value) {

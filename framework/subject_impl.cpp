@@ -45,8 +45,13 @@ bool strike(party_list<Party>& list, Party* who) {
 
 bool subject_impl::attach(observer* who) {
     if (!who || !enter(observers_, who)) return false;
-    if (auto* const other_side = dynamic_cast<observer_impl*>(who))
-        enter<subject>(other_side->subjects_, this);
+    try {
+        if (auto* const other_side = dynamic_cast<observer_impl*>(who))
+            enter<subject>(other_side->subjects_, this);
+    } catch (...) { // a link has two ends, or none
+        strike(observers_, who);
+        throw;
+    }
     return true;
 }
 

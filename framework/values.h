@@ -6,6 +6,8 @@
 
 #include <kelm/property.h>
 
+#include <boost/smart_ptr/make_shared_object.hpp>
+
 #include <memory>
 #include <type_traits>
 #include <typeinfo>
@@ -35,6 +37,21 @@ struct value_deleter {
     if (!value) return {};
     // When there is no memory for the count, the pointer's constructor frees the value.
     return value_ptr{value.release(), value_deleter{}, pool_allocator<abstract_property*>{}};
+}
+
+/// \returns a copy of a scalar of the library's kinds for a reader, in one block with its count; empty for null and for
+///          any other kind.  Runs no code of an application.
+[[nodiscard]] inline value_ptr shared_scalar(const abstract_property* value) {
+    const auto copy = [](const auto& box) -> value_ptr {
+        using kind = std::remove_cvref_t<decltype(box)>;
+        return boost::allocate_shared<kind>(pool_allocator<kind>{}, box.value);
+    };
+    if (const auto* const text = exact_cast<property<std::string>>(value)) return copy(*text);
+    if (const auto* const number = exact_cast<property<int>>(value)) return copy(*number);
+    if (const auto* const flag = exact_cast<property<bool>>(value)) return copy(*flag);
+    if (const auto* const real = exact_cast<property<double>>(value)) return copy(*real);
+    if (const auto* const reference = exact_cast<property<object*>>(value)) return copy(*reference);
+    return {};
 }
 
 /// \returns a copy of `value` for a reader; empty for null

@@ -21,53 +21,116 @@ bool message_history_impl::can_redo() const {
     return begin->partner() && begin->level() == 0;
 }
 
+/// Undoes the newest message, which then stands on the other side; when that fails, all is as before.
+void message_history_impl::undo_newest() {
+    undone_messages_.make_room();
+    message_impl* const at = last();
+    at->undo();
+    if (auto moved = messages_.take(at)) undone_messages_.push_back(std::move(moved));
+}
+
+/// The other way round.
+void message_history_impl::redo_next() {
+    messages_.make_room();
+    messages_.push_back(undone_messages_.pop_back());
+    message_impl* const at = last();
+    try {
+        at->redo();
+    } catch (...) {
+        if (auto back = messages_.take(at))
+            undone_messages_.push_back(std::move(back)); // its place is still there
+        throw;
+    }
+}
+
+/// What cannot be taken back now waits for the next walk or transaction.
+void message_history_impl::take_back(steps done) {
+    const messages& gone = done.is_undo ? undone_messages_ : messages_; // who is told may have it forgotten
+    for (interrupted_ = done; interrupted_.count != 0 && !gone.empty(); --interrupted_.count)
+        done.is_undo ? redo_next() : undo_newest();
+    interrupted_ = {};
+}
+
+/// Memory ran out for an edit: for one of the way back there may be enough.
+void message_history_impl::give_up(const steps& done) noexcept {
+    try {
+        take_back(done);
+    } catch (...) { // the rest waits
+    }
+}
+
+// Whoever fails to hear of it has been told that undo or redo failed.
+void message_history_impl::take_back_interrupted() {
+    if (interrupted_.count == 0 || walking_) return;
+    const in_use guard{*this};
+    const telling_walk unheard;
+    const scoped_mark walk{walking_};
+    take_back(interrupted_);
+}
+
 message* message_history_impl::undo() {
+    take_back_interrupted();
     if (is_walking() || !can_undo()) return nullptr;
     const in_use guard{*this};
     message_impl* const stop = last_top_level_end()->partner();
+    const telling_walk told;
     {
         const scoped_mark walk{walking_};
         undoing_ = false; // a walk that ran out has left it set
         scoped_mark mark{undoing_};
         --trans_executed_;
-        for (bool reached = false; !reached;) {
-            if (messages_.empty()) {
-                mark.stay_set(); // Kept: until the next walk ends
-                return nullptr;
+        steps done{.is_undo = true};
+        try {
+            for (bool reached = false; !reached; ++done.count) {
+                if (messages_.empty()) {
+                    mark.stay_set(); // Kept: until the next walk ends
+                    return nullptr;
+                }
+                reached = last() == stop;
+                undo_newest();
             }
-            message_impl* const at = last();
-            at->undo();
-            reached = at == stop;
-            if (auto moved = messages_.take(at)) undone_messages_.push_back(std::move(moved));
+        } catch (...) {
+            ++trans_executed_;
+            give_up(done);
+            throw;
         }
         ++undone_count_;
     }
     process().in_semantic = false;
+    told.end();
     return stop;
 }
 
 message* message_history_impl::redo() {
+    take_back_interrupted();
     if (is_walking() || !can_redo()) return nullptr;
     const in_use guard{*this};
     message_impl* const stop = static_cast<tran_begin_message_impl*>(undone_messages_.newest())->partner();
+    const telling_walk told;
     {
         const scoped_mark walk{walking_};
         redoing_ = false; // a walk that ran out has left it set
         scoped_mark mark{redoing_};
         ++trans_executed_;
-        for (bool reached = false; !reached;) {
-            if (undone_messages_.empty()) {
-                mark.stay_set(); // Kept: until the next walk ends
-                return nullptr;
+        steps done{.is_undo = false};
+        try {
+            for (bool reached = false; !reached; ++done.count) {
+                if (undone_messages_.empty()) {
+                    mark.stay_set(); // Kept: until the next walk ends
+                    return nullptr;
+                }
+                reached = undone_messages_.newest() == stop;
+                redo_next();
             }
-            messages_.push_back(undone_messages_.pop_back());
-            message_impl* const at = last();
-            reached = at == stop;
-            at->redo();
+        } catch (...) {
+            --trans_executed_;
+            give_up(done);
+            throw;
         }
         --undone_count_;
     }
     process().in_semantic = false;
+    told.end();
     return stop;
 }
 

@@ -38,7 +38,7 @@ private:
         if (this->is_lost()) return;
         const inherited_values before = this->edit().inherited_now();
         change();
-        this->edit().tell_inherited_changes(before, with_deletes, false);
+        telling([&] { this->edit().tell_inherited_changes(before, with_deletes, false); });
     }
 };
 

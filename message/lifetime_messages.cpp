@@ -20,8 +20,8 @@ bool is_beyond(const object* what) { return !what || what->type() == type_id::mo
 
 bool obj_create_message_impl::redo() {
     if (is_beyond(object())) return true;
+    edit().enter_id_map(); // first: it may fail
     edit().set_state(state::being_created);
-    edit().enter_id_map();
     tell();
     edit().set_state(state::normal);
     set_undone(false);
@@ -70,8 +70,8 @@ bool obj_delete_message_impl::redo() {
 
 bool obj_delete_message_impl::undo() {
     if (is_beyond(object())) return true;
+    edit().enter_id_map(); // first: it may fail
     edit().set_state(state::being_created);
-    edit().enter_id_map();
     tell_inverse<obj_create_message_impl>(&edit(), owner_);
     edit().set_state(state::normal);
     set_undone(true);

@@ -3,13 +3,26 @@
 #include "message/message_history_impl.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace kelm {
 
-message_history_impl::~message_history_impl() { clear(); }
+// Nobody reads what is dropped here, and nothing is allocated for it.
+message_history_impl::~message_history_impl() {
+    const in_use guard{*this};
+    for (messages* const side : {&messages_, &undone_messages_})
+        while (!side->empty()) bury(*side->pop_back());
+}
+
+void message_history_impl::make_room() {
+    messages_.make_room();
+    if (!undone_messages_.empty()) make_room_for_dropped(undone_messages_.size());
+}
 
 bool message_history_impl::add_message(std::unique_ptr<message_impl> what) {
+    if (interrupted_.count != 0 && as_begin(what.get())) take_back_interrupted();
+    make_room();
     // An observer of undo or redo must not change anything; one that does leaves the walk its messages.
     if (!undone_messages_.empty() && (!walking_ || rolling_back_)) clear_undone();
 
@@ -32,6 +45,7 @@ bool message_history_impl::add_message(std::unique_ptr<message_impl> what) {
 // A transaction in which nothing happened leaves no trace, but who heard it begin hears it end.
 bool message_history_impl::close_empty_transaction(std::unique_ptr<message_impl> end_message) {
     const in_use guard{*this};
+    make_room_for_dropped(2);
     auto& begin = *as_begin(last());
     auto& end = *as_end(end_message.get());
     --current_level_; // first: who hears the end may answer with a transaction, which is an outermost one
@@ -41,14 +55,24 @@ bool message_history_impl::close_empty_transaction(std::unique_ptr<message_impl>
         begin.set_partner(&end);
         end.set_partner(&begin);
         messages_.push_back(std::move(end_message));
-        model_object_.as_subject().notify(&end);
+        try {
+            model_object_.as_subject().notify(&end);
+        } catch (...) {
+            drop_empty_transaction(begin, messages_.take(&end));
+            throw;
+        }
         end_message = messages_.take(&end);
         process().in_semantic = false;
     }
+    drop_empty_transaction(begin, std::move(end_message));
+    return false;
+}
+
+void message_history_impl::drop_empty_transaction(tran_begin_message_impl& begin,
+                                                  std::unique_ptr<message_impl> end_message) {
     std::unique_ptr<message_impl> begin_message = messages_.take(&begin);
     if (end_message) drop(std::move(end_message));
     if (begin_message) drop(std::move(begin_message));
-    return false;
 }
 
 bool message_history_impl::close_level(tran_end_message_impl& end) {
@@ -72,7 +96,22 @@ bool message_history_impl::close_level(tran_end_message_impl& end) {
     return true;
 }
 
-void message_history_impl::drop(std::unique_ptr<message_impl> what) { graveyard_.push_back(std::move(what)); }
+void message_history_impl::make_room_for_dropped(std::size_t count) {
+    if (graveyard_.capacity() - graveyard_.size() >= count) return;
+    try {
+        graveyard_.reserve(graveyard_.size() + std::max(count, graveyard_.size()));
+    } catch (const std::bad_alloc&) {
+        if (depth_ > 1) throw;
+    }
+}
+
+void message_history_impl::drop(std::unique_ptr<message_impl> what) {
+    try {
+        graveyard_.push_back(std::move(what));
+    } catch (const std::bad_alloc&) {
+        bury(*what); // it has not been moved
+    }
+}
 
 // Values, and what objects watch, may be of an application's own kinds: freeing them runs its code, which may change
 // the model and so drop more.
@@ -99,17 +138,22 @@ void message_history_impl::bury(message_impl& dead) {
 
 void message_history_impl::clear_undone() {
     const in_use guard{*this};
+    make_room_for_dropped(undone_messages_.size());
+    interrupted_ = {};
     while (!undone_messages_.empty()) drop(undone_messages_.pop_back());
 }
 
 void message_history_impl::clear() {
     const in_use guard{*this};
+    make_room_for_dropped(messages_.size() + undone_messages_.size());
     while (!messages_.empty()) drop(messages_.pop_back());
     clear_undone();
     current_level_ = -1;
 }
 
 void message_history_impl::adopt(std::vector<message*>& read) {
+    messages_.make_room(read.size());
+    kept_values_.reserve(kept_values_.size() + 2 * read.size()); // no message has more
     for (message* each : read) {
         std::unique_ptr<message_impl> what{message_cast<message_impl>(each)};
         what->set_was_read();
@@ -123,8 +167,10 @@ void message_history_impl::adopt(std::vector<message*>& read) {
 void message_history_impl::prune() {
     if (messages_.outermost() < max_undo_levels_) return;
     const in_use guard{*this};
-    while (messages_.outermost() > max_undo_levels_ || !messages_.begins_outermost())
+    while (messages_.outermost() > max_undo_levels_ || !messages_.begins_outermost()) {
+        make_room_for_dropped(1);
         drop(messages_.pop_front());
+    }
 }
 
 void message_history_impl::set_undo_levels(int n) {

@@ -30,12 +30,18 @@ public:
     /// it until the last of them has gone.
     void adopt(std::vector<message*>& read);
 
+    /// Has add_message() find room for a change that is about to be made, so that it cannot fail behind it.
+    void make_room();
     /// Appends a message and ends the possibility of redo.
     /// \returns false for an end that closes an empty transaction, or none; else true
     bool add_message(std::unique_ptr<message_impl> what);
 
     bool can_undo() const;
     bool can_redo() const;
+    // What an observer throws while the log is walked leaves the walk at its end, and memory that runs out for an edit
+    // takes undo and redo back.  Where there is none for that either, the next walk or transaction does it first.  A
+    // rollback that could not go on is gone on with by the next one.
+
     /// \returns the begin of what was undone, or null
     message* undo();
     /// \returns the end of what was redone, or null
@@ -66,8 +72,9 @@ public:
     bool is_rolling_back() const { return rolling_back_; }
     /// \returns whether the newest message is in no closed top-level transaction and no walk is under way
     bool in_transaction() const;
-    /// \returns whether undo, redo or a rollback is under way: none of them runs inside another
-    bool is_walking() const { return walking_; }
+    /// \returns whether undo, redo or a rollback is under way: none of them runs inside another.  Also where one got
+    ///          stuck halfway.
+    bool is_walking() const { return walking_ || interrupted_.count != 0; }
     /// \returns whether a level is open that a rollback can take back
     bool transaction_open() const {
         return current_level_ >= 0 && !walking_ && !messages_.empty() && !last_top_level_end();
@@ -97,11 +104,26 @@ public:
 
 private:
     bool close_empty_transaction(std::unique_ptr<message_impl> end);
+    void drop_empty_transaction(tran_begin_message_impl& begin, std::unique_ptr<message_impl> end);
     bool close_level(tran_end_message_impl& end);
+    /// Comes before messages are taken out to be dropped: then drop() cannot fail.  Where there is no memory they are
+    /// freed at once, unless somebody may still look at them: then this throws.
+    void make_room_for_dropped(std::size_t count);
     void drop(std::unique_ptr<message_impl> what);
     void empty_graveyard();
     void bury(message_impl& dead);
+    /// Undo and redo: which way, and how many messages have gone it so far.
+    struct steps {
+        bool is_undo = false;
+        std::size_t count = 0;
+    };
+    void undo_newest();
+    void redo_next();
+    void take_back(steps done);
+    void give_up(const steps& done) noexcept;
+    void take_back_interrupted();
     std::unique_ptr<message_impl> undo_back_to(u32 level);
+    std::unique_ptr<message_impl> undo_and_take_newest();
     void tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed);
 
     silent_edit& model_object_;
@@ -120,6 +142,7 @@ private:
     bool undoing_ = false;
     bool redoing_ = false;
     bool rolling_back_ = false;
+    steps interrupted_; // of an undo or redo that could be neither finished nor taken back
 };
 
 } // namespace kelm

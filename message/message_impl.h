@@ -3,6 +3,7 @@
 #pragma once
 
 #include "message/silent_edit.h"
+#include "message/telling.h"
 #include "message/value_custody.h"
 #include "util/free_list.h"
 #include "util/process_state.h"
@@ -14,7 +15,7 @@
 namespace kelm {
 
 /// The base of all messages.  The history owns those it keeps; the inverse messages of undo live on the stack.
-class message_impl : public message, public pooled {
+class message_impl : public message, public pooled<free_list::recorded> {
 public:
     message_impl(u32 type, silent_edit* about)
         : object_(about), type_(static_cast<u8>(type)), user_created_(!process().in_semantic) {}
@@ -54,7 +55,7 @@ protected:
     /// Tells the observers of the object that this is no first run.
     virtual void tell() {
         set_first_run(false);
-        edit().as_subject().notify(this);
+        telling([this] { edit().as_subject().notify(this); });
     }
     /// Tells, with a message that nobody keeps, of the inverse of what was done.
     template <class Message, class... Arguments>

@@ -31,9 +31,10 @@ public:
     virtual abstract_property* own_value(u32 id) const = 0;
 
     // Values.  References of what enters are linked to their targets, those of what leaves are unlinked.
+    // Where memory runs out an edit leaves everything as it was, also what it was to take over.
     /// \returns the former value, or null
     virtual std::unique_ptr<abstract_property> exchange_value(u32 id,
-                                                              std::unique_ptr<abstract_property> value) = 0;
+                                                              std::unique_ptr<abstract_property>& value) = 0;
     virtual std::unique_ptr<abstract_property> take_value(u32 id) = 0;
 
     /// Keeps a value that no message has, as long as the model.

@@ -31,6 +31,18 @@ public:
         --tagged_;
         return std::unique_ptr<abstract_property>{get()};
     }
+    /// Has `edit` take a held value over, by reference; what it does not take, also when it throws, is held on.
+    template <class Edit>
+    auto hand_to(Edit&& edit) {
+        struct remaining {
+            value_custody& of;
+            std::unique_ptr<abstract_property> value;
+            ~remaining() {
+                if (value) of.take_back(std::move(value));
+            }
+        } rest{*this, hand_over()};
+        return edit(rest.value);
+    }
     /// Takes what left the object.  It is that very value from now on, whatever was known before, so that each box
     /// has one owner even where a stored history tells less than memory did.
     void take_back(std::unique_ptr<abstract_property> left) {

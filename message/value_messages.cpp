@@ -11,7 +11,7 @@ using namespace message_text;
 
 void property_change_message_impl::tell() {
     message_impl::tell();
-    edit().pass_to_inheritors(*this, property_type_);
+    telling([this] { edit().pass_to_inheritors(*this, property_type_); });
 }
 
 property_set_message_impl::property_set_message_impl(silent_edit* about,
@@ -63,9 +63,8 @@ abstract_property* property_set_message_impl::get_value(int index, int sub_index
 }
 
 void property_set_message_impl::forward() {
-    auto comes = new_.hand_over();
-    if (!comes) return; // it stands in the object already
-    auto left = edit().exchange_value(property_type(), std::move(comes));
+    if (!new_.holds()) return; // it stands in the object already
+    auto left = new_.hand_to([this](auto& comes) { return edit().exchange_value(property_type(), comes); });
     // Where nothing was to leave, something does only in a stream that no history has written: it is kept all the same.
     if (!left && !had_own_value()) return;
     edit().keep_lost_value(old_.hand_over()); // a message of that stream may know it
@@ -74,7 +73,9 @@ void property_set_message_impl::forward() {
 
 void property_set_message_impl::backward() {
     if (new_.holds()) return; // it is out of the object already
-    new_.take_back(had_own_value() ? edit().exchange_value(property_type(), old_.hand_over())
+    new_.take_back(had_own_value() ? old_.hand_to([this](auto& comes) {
+        return edit().exchange_value(property_type(), comes);
+    })
                                    : edit().take_value(property_type()));
 }
 
@@ -108,7 +109,7 @@ void property_delete_message_impl::register_values(value_position_map& positions
 void property_delete_message_impl::backward() {
     // Nothing else can stand under the id in a sound history; where something does, others may know it: it stays.
     if (!old_.holds() || edit().own_value(property_type())) return;
-    edit().exchange_value(property_type(), old_.hand_over());
+    old_.hand_to([this](auto& comes) { return edit().exchange_value(property_type(), comes); });
 }
 
 void property_delete_message_impl::inverse() {
@@ -122,7 +123,7 @@ std::string& property_delete_message_impl::to_string(std::string& out) const {
 
 void property_set_not_inheritable_message_impl::tell() {
     message_impl::tell();
-    edit().pass_to_inheritors(*this, property_type_);
+    telling([this] { edit().pass_to_inheritors(*this, property_type_); });
 }
 
 std::string& property_set_not_inheritable_message_impl::to_string(std::string& out) const {

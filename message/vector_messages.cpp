@@ -50,10 +50,12 @@ abstract_property* property_set_vec_prop_message_impl::get_value(int, int sub_in
 }
 
 void property_set_vec_prop_message_impl::swap_in(value_custody& comes, value_custody& goes) {
-    auto element = comes.hand_over();
-    if (!element) return;
-    const abstract_property* const handed = element.get();
-    edit().exchange_element(property_type(), wide(pos_), element);
+    if (!comes.holds()) return;
+    const abstract_property* const handed = comes.get();
+    auto element = comes.hand_to([this](auto& given) {
+        edit().exchange_element(property_type(), wide(pos_), given);
+        return std::move(given);
+    });
     // An edit that did not fit gives the same element back: it stays with the side it came from.
     value_custody& into = element.get() == handed ? comes : goes;
     edit().keep_lost_value(
@@ -96,11 +98,8 @@ abstract_property* property_insert_vec_prop_message_impl::get_value(int, int sub
 }
 
 void property_insert_vec_prop_message_impl::forward() {
-    if (!was_put_in_) return;
-    auto element = value_.hand_over();
-    if (!element) return;
-    edit().insert_element(property_type(), wide(pos_), element);
-    if (element) value_.take_back(std::move(element));
+    if (!was_put_in_ || !value_.holds()) return;
+    value_.hand_to([this](auto& comes) { edit().insert_element(property_type(), wide(pos_), comes); });
 }
 
 void property_insert_vec_prop_message_impl::backward() {
@@ -141,10 +140,8 @@ void property_delete_vec_prop_message_impl::forward() {
 }
 
 void property_delete_vec_prop_message_impl::backward() {
-    auto element = value_.hand_over();
-    if (!element) return;
-    edit().insert_element(property_type(), wide(pos_), element);
-    if (element) value_.take_back(std::move(element));
+    if (!value_.holds()) return;
+    value_.hand_to([this](auto& comes) { edit().insert_element(property_type(), wide(pos_), comes); });
 }
 
 void property_delete_vec_prop_message_impl::inverse() {

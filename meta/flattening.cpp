@@ -10,31 +10,37 @@
 
 namespace kelm {
 
-const flattened<meta_property>& meta_object_impl::all_properties() const {
-    if (all_properties_.is_complete()) return all_properties_;
-    all_properties_.clear(); // of what a failure may have left
-    all_properties_.append(own_properties_.in_order());
-    for (const meta_base* above : bases_ref()) {
+namespace {
+
+/// Builds the flat list of a type unless it stands.
+/// \param all_of       the flat list of a base
+/// \param is_excluded  whether a base keeps that id to itself
+template <class Thing>
+const flattened<Thing>& completed(flattened<Thing>& list, const std::vector<Thing*>& own,
+                                  const std::vector<meta_base*>& bases,
+                                  const std::vector<Thing*>& (meta_object_impl::*all_of)() const,
+                                  bool (meta_object_impl::*is_excluded)(u32) const) {
+    if (list.is_complete()) return list;
+    list.clear(); // of what a failure may have left
+    list.append(own);
+    for (const meta_base* above : bases) {
         const auto& base = static_cast<const meta_object_impl&>(*above);
-        all_properties_.append(base.properties_ref(),
-                               [&](const meta_property& it) { return !base.is_property_excluded(it.id()); });
+        list.append((base.*all_of)(), [&](const Thing& it) { return !(base.*is_excluded)(it.id()); });
     }
-    all_properties_.set_complete();
-    return all_properties_;
+    list.set_complete();
+    return list;
+}
+
+} // namespace
+
+const flattened<meta_property>& meta_object_impl::all_properties() const {
+    return completed(all_properties_, own_properties_.in_order(), bases_ref(),
+                     &meta_object_impl::properties_ref, &meta_object_impl::is_property_excluded);
 }
 
 const flattened<meta_composition>& meta_object_impl::all_compositions() const {
-    if (all_compositions_.is_complete()) return all_compositions_;
-    all_compositions_.clear(); // of what a failure may have left
-    all_compositions_.append(own_compositions_.in_order());
-    for (const meta_base* above : bases_ref()) {
-        const auto& base = static_cast<const meta_object_impl&>(*above);
-        all_compositions_.append(base.compositions_ref(), [&](const meta_composition& it) {
-            return !base.is_composition_excluded(it.id());
-        });
-    }
-    all_compositions_.set_complete();
-    return all_compositions_;
+    return completed(all_compositions_, own_compositions_.in_order(), bases_ref(),
+                     &meta_object_impl::compositions_ref, &meta_object_impl::is_composition_excluded);
 }
 
 const std::vector<meta_property*>& meta_object_impl::properties_ref() const {

@@ -12,8 +12,10 @@
 
 namespace kelm {
 
+// Nothing is allocated for the end, and so it cannot fail.
 meta_base::~meta_base() {
-    for (observer* who : observers()) {
+    while (observers_ && !observers_->empty()) {
+        observer* const who = observers_->front();
         if (auto* const derived = dynamic_cast<meta_base*>(who)) {
             std::erase(derived->bases_, this);
             detach(who);
@@ -27,7 +29,12 @@ meta_base::~meta_base() {
 
 void meta_base::release_bases() {
     bases_.clear();
-    for (subject* base : subjects()) base->detach(this);
+    leave_subjects(*this);
+}
+
+void meta_base::leave_subjects(observer_impl& who) {
+    for (std::size_t i = who.subjects_ ? who.subjects_->size() : 0; i-- != 0;)
+        (*who.subjects_)[i]->detach(&who);
 }
 
 std::string meta_base::name() const { return text_of(attribute_id::name, "No Name!"); }

@@ -70,6 +70,8 @@ public:
 
     /// Takes all bases out, without telling: this thing is about to die together with them.
     void release_bases();
+    /// Detaches `who` from all that it is attached to.  Nothing is allocated for it, and so it cannot fail.
+    static void leave_subjects(observer_impl& who);
 
     /// Sets attribute 0, and attribute 1 when `definition` is not empty.
     void describe(const std::string& name, const std::string& definition);

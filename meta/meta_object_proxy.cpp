@@ -12,9 +12,7 @@ meta_object_proxy::meta_object_proxy(meta_object_impl& target, kelm::meta_model&
     target.attach(this);
 }
 
-meta_object_proxy::~meta_object_proxy() {
-    for (subject* target : subjects()) target->detach(this);
-}
+meta_object_proxy::~meta_object_proxy() { meta_base::leave_subjects(*this); }
 
 // The copy derives from the application's type, so that all that it does not declare is found there. It gets the
 // attributes of that type once more, since some of them do not pass from a base.

@@ -2,16 +2,12 @@
 // Its stored form is in meta_record.cpp.
 #include "meta/meta_property_impl.h"
 
+#include "meta/whole_number.h"
+
 namespace kelm {
 
 u32 meta_property_impl::property_class() const {
-    const abstract_property* const value = find_attribute(attribute_id::property_class);
-    if (const auto* number = dynamic_cast<const property<int>*>(value))
-        return static_cast<u32>(number->value);
-    if (const auto* number = dynamic_cast<const property<unsigned>*>(value)) return number->value;
-    if (const auto* number = dynamic_cast<const property<long>*>(value))
-        return static_cast<u32>(number->value);
-    return 0;
+    return whole_number(find_attribute(attribute_id::property_class)).value_or(0);
 }
 
 void meta_property_impl::add_base(meta_property* base) {

@@ -4,6 +4,7 @@
 
 #include "meta/meta_object_base.h"
 #include "meta/meta_property_impl.h"
+#include "meta/whole_number.h"
 
 #include <kelm/model.h>
 #include <kelm/property.h>
@@ -17,18 +18,9 @@ namespace {
 
 std::string text_of(const value_ptr& value) { return value ? value->to_string() : std::string{}; }
 
-template <class T>
-const property<T>* as(const abstract_property* value) {
-    return dynamic_cast<const property<T>*>(value);
-}
-
-const vector_property* as_vector(const abstract_property* value) {
-    return dynamic_cast<const vector_property*>(value);
-}
-
 std::vector<u32> ids_in(const abstract_property* list) {
     std::vector<u32> ids;
-    if (const vector_property* all = as_vector(list)) {
+    if (const auto* const all = exact_cast<vector_property>(list)) {
         ids.reserve(all->elements.size());
         std::ranges::transform(all->elements, std::back_inserter(ids), id_in);
     }
@@ -37,22 +29,14 @@ std::vector<u32> ids_in(const abstract_property* list) {
 
 } // namespace
 
-u32 id_in(const abstract_property* value) {
-    if (const auto* number = as<unsigned>(value)) return number->value;
-    if (const auto* number = as<int>(value)) return static_cast<u32>(number->value);
-    if (const auto* number = as<long>(value)) return static_cast<u32>(number->value);
-    return 0;
-}
+u32 id_in(const abstract_property* value) { return whole_number(value).value_or(0); }
 
 bool is_object_type_of_udp(const object* what, u32 type) {
     if (!what) return false;
     const value_ptr list = what->get_property(property_id::udp_object_types);
-    const vector_property* all = as_vector(list.get());
+    const auto* const all = exact_cast<vector_property>(list.get());
     // An element that is no number names no type, not even type 0.
-    const auto names_it = [&](const abstract_property* element) {
-        const bool is_number = as<unsigned>(element) || as<int>(element) || as<long>(element);
-        return is_number && id_in(element) == type;
-    };
+    const auto names_it = [&](const abstract_property* element) { return whole_number(element) == type; };
     return all && std::ranges::any_of(all->elements, names_it);
 }
 
@@ -140,7 +124,7 @@ struct definition::plan {
 
 definition::plan definition::read_plan() const {
     const value_ptr multiline = self_.get_property(property_id::udp_multiline_value);
-    const auto* flag = as<bool>(multiline.get());
+    const auto* const flag = exact_cast<property<bool>>(multiline.get());
     return {.name = name(),
             .definition = text_of(self_.get_property(property_id::definition)),
             .default_value = text_of(self_.get_property(property_id::udp_default_value)),

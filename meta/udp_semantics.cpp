@@ -4,6 +4,7 @@
 #include "meta/udp_semantics.h"
 
 #include "framework/semantic_table.h"
+#include "framework/values.h"
 #include "meta/udp_definition.h"
 
 #include <kelm/property.h>
@@ -31,13 +32,9 @@ constexpr std::array<passed_on, 4> passed_on_values{{
     {property_id::udp_default_value, attribute_id::default_value},
 }};
 
-const vector_property* as_vector(const abstract_property* value) {
-    return dynamic_cast<const vector_property*>(value);
-}
-
 /// \returns the first element; null when there is none, and for what is no vector
 const abstract_property* first_of(const abstract_property* list) {
-    const vector_property* const all = as_vector(list);
+    const auto* const all = exact_cast<vector_property>(list);
     return all && !all->elements.empty() ? all->elements.front() : nullptr;
 }
 

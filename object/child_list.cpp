@@ -44,11 +44,15 @@ std::size_t child_list::position_of(const object_impl& child) const {
 void child_list::insert(object_impl& child, std::size_t position) {
     const u32 type = child.type();
     auto at = runs_.begin() + (find(type) - runs_.cbegin());
-    if (at == runs_.end() || at->type != type) at = runs_.insert(at, run{type, {}});
-    if (position >= at->objects.size())
+    if (at == runs_.end() || at->type != type) {
+        run first{type, {}}; // no run is ever empty
+        first.objects.push_back(&child);
+        runs_.insert(at, std::move(first));
+    } else if (position >= at->objects.size()) {
         at->objects.push_back(&child);
-    else
+    } else {
         at->objects.insert(position, &child);
+    }
     ++count_;
 }
 
@@ -61,6 +65,13 @@ std::size_t child_list::remove(const object_impl& child) {
     if (at->objects.empty()) runs_.erase(at);
     --count_;
     return position;
+}
+
+void child_list::move(const object_impl& child, std::size_t position) {
+    const auto at = runs_.begin() + (find(child.type()) - runs_.cbegin());
+    if (at == runs_.end() || at->type != child.type()) return;
+    const std::size_t from = place_in(at->objects, &child);
+    if (from != npos) at->objects.move(from, std::min(position, at->objects.size() - 1));
 }
 
 void child_list::append_to(std::vector<object*>& out) const {

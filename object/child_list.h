@@ -29,6 +29,8 @@ public:
     void insert(object_impl& child, std::size_t position);
     /// \returns where it stood; npos, and nothing happens, for a stranger
     std::size_t remove(const object_impl& child);
+    /// Puts a child at another place of its run, the last for a position behind the end; nothing happens for a stranger.
+    void move(const object_impl& child, std::size_t position);
 
     /// Appends all, or the run of one type.
     void append_to(std::vector<object*>& out) const;

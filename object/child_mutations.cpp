@@ -22,13 +22,15 @@ struct add_child_row : child_row {
         return at.run<pre_add_child_semantic>(
             [&](pre_add_child_semantic& h) { return h.do_it(&at, &child); });
     }
-    step change() {
+    step test() {
         if (self.child_position(&child) != npos) return step::nothing_to_do;
         if (!self.may_own(child) || child.is_listed()) return step::refuse;
-        child.keep_if_deleted();
         position = self.made_children().run_size(child.type());
-        self.insert_child(child, position);
         return step::go_on;
+    }
+    void change(message_impl&) {
+        self.insert_child(child, position);
+        child.keep_if_deleted();
     }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<child_add_message_impl>(&self, &child, position);
@@ -47,12 +49,11 @@ struct remove_child_row : child_row {
         return at.run<pre_remove_child_semantic>(
             [&](pre_remove_child_semantic& h) { return h.do_it(&at, &child); });
     }
-    step change() {
+    step test() {
         position = self.child_position(&child);
-        if (position == npos) return step::nothing_to_do;
-        self.take_child(child);
-        return step::go_on;
+        return position == npos ? step::nothing_to_do : step::go_on;
     }
+    void change(message_impl&) { self.take_child(child); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<child_remove_message_impl>(&self, &child, position);
     }
@@ -65,25 +66,32 @@ struct remove_child_row : child_row {
 struct order_child_row : child_row {
     std::size_t position;
     std::size_t old_position = 0;
+    bool is_stranger = false;
 
     bool stops_when_deleted() const { return self.has_hooks<pre_set_child_order_semantic>(); }
     bool pre(object_impl& at) {
         return at.run<pre_set_child_order_semantic>(
             [&](pre_set_child_order_semantic& h) { return h.do_it(&at, &child, position); });
     }
-    step change() {
+    step test() {
         const child_list* const list = self.child_objects();
         if (!list) return step::nothing_to_do;
         old_position = self.child_position(&child);
-        const bool is_stranger = old_position == npos;
+        is_stranger = old_position == npos;
         if (is_stranger && child.owner_object() != &self) return step::refuse; // it would have two owners
         if (!is_stranger && old_position == position) return step::go_on; // told and recorded all the same
-        self.take_child(child);
-        if (is_stranger) old_position = list->run_size(child.type());
+        const std::size_t others = list->run_size(child.type()) - (is_stranger ? 0 : 1);
+        if (is_stranger) old_position = others;
+        if (position <= others) return step::go_on;
         // Kept: a position behind the end leaves the child out of the list, and nothing is told or recorded.
-        if (position > list->run_size(child.type())) return step::nothing_to_do;
-        self.insert_child(child, position);
-        return step::go_on;
+        self.take_child(child);
+        return step::nothing_to_do;
+    }
+    void change(message_impl&) {
+        if (is_stranger)
+            self.insert_child(child, position);
+        else
+            self.move_child(child, position);
     }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<child_order_message_impl>(&self, &child, position, old_position);
@@ -104,7 +112,7 @@ struct set_owner_row : structure_row {
         return at.run<pre_set_owner_semantic>(
             [&](pre_set_owner_semantic& h) { return h.do_it(&at, &new_owner); });
     }
-    step change() {
+    step test() {
         if (!new_owner.may_own(self)) return step::refuse;
         old_owner = self.owner_object();
         if (old_owner && !old_owner->remove_child(&self)) return step::failed;
@@ -114,6 +122,7 @@ struct set_owner_row : structure_row {
     std::unique_ptr<message_impl> message() {
         return std::make_unique<owner_set_message_impl>(&self, &new_owner, old_owner);
     }
+    void change(message_impl&) {} // it has been made
     bool post(object_impl& at) {
         return at.run<post_set_owner_semantic>(
             [&](post_set_owner_semantic& h) { return h.do_it(&at, &new_owner, old_owner); });

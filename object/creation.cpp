@@ -15,9 +15,24 @@ bool can_be_made(const meta_object* type) { return type && !type->is_generic(); 
 
 /// Makes the object and has the model's pool own it.
 object_impl& make_object(u32 type, object_impl& owner) {
+    owner.owning_model()->pool().make_room();
     auto made = std::make_unique<object_impl>(type, &owner, false, true);
     owner.owning_model()->pool().adopt(*made);
     return *made.release();
+}
+
+/// Makes the object, which is known by its id from here on, and the message of it; or neither.
+std::unique_ptr<obj_create_message_impl> make_and_tell_of(u32 type, object_impl& owner) {
+    owner.owning_model()->log().make_room();
+    object_impl& made = make_object(type, owner);
+    try {
+        made.set_state(state::being_created);
+        made.enter_id_map();
+        return std::make_unique<obj_create_message_impl>(&made, &owner);
+    } catch (...) {
+        made.destroy();
+        throw;
+    }
 }
 
 bool run_create_hooks(object_impl& made) {
@@ -45,11 +60,9 @@ void set_made(object_impl& made) {
 object* create_plain(u32 type, object_impl& owner) {
     model_impl& in = *owner.owning_model();
     const message_history_impl::in_use guard{in.log()};
-    object_impl& made = make_object(type, owner);
-    made.set_state(state::being_created);
-    made.enter_id_map();
-    auto message = std::make_unique<obj_create_message_impl>(&made, &owner);
+    auto message = make_and_tell_of(type, owner);
     message_impl& said = *message;
+    object_impl& made = *impl_of(said.object());
     in.log().add_message(std::move(message));
     if (!made.notify(&said) || !run_create_hooks(made)) return nullptr;
     // A hook or an observer may have rolled the creation back, and say that all is well: what is deleted stays alone.
@@ -73,16 +86,21 @@ object* framework_impl::create_model() {
     if (!can_be_made(application_meta_model()->find_meta_object(type_id::model))) return nullptr;
     auto made = std::make_unique<model_impl>(true);
     models_.push_back(made.get());
-    model_impl& in = *made.release();
-    in.begin_transaction("New Model");
-    in.set_state(state::being_created);
-    in.enter_id_map();
-    if (!run_create_hooks(in)) return nullptr;
-    set_made(in);
-    in.end_transaction();
-    in.clear_history();
+    model_impl& in = *made;
+    try {
+        in.begin_transaction("New Model");
+        in.set_state(state::being_created);
+        in.enter_id_map();
+        if (!run_create_hooks(in)) return made.release(), nullptr; // it stays in the list
+        set_made(in);
+        in.end_transaction();
+        in.clear_history();
+    } catch (...) {
+        remove_model(&in);
+        throw;
+    }
     in.clear_modified();
-    return in.as_object();
+    return made.release()->as_object();
 }
 
 object* framework_impl::instantiate_object(u32 type, kelm::model* in, bool assign_id) {
@@ -91,8 +109,8 @@ object* framework_impl::instantiate_object(u32 type, kelm::model* in, bool assig
     if (!can_be_made(types->find_meta_object(type))) return nullptr;
     if (type == type_id::model) {
         auto made = std::make_unique<model_impl>(assign_id);
-        models_.push_back(made.get());
         if (assign_id) made->enter_id_map();
+        models_.push_back(made.get());
         return made.release()->as_object();
     }
     if (assign_id) return nullptr; // an id needs an owner
@@ -117,20 +135,27 @@ bool framework_impl::close_model(object& root, bool by_force) {
     if (!by_force) {
         const message_history_impl::in_use guard{closing.log()};
         closing.set_state(state::being_deleted);
-        if (!closing.run<obj_pre_delete_semantic>(
-                [&](obj_pre_delete_semantic& h) { return h.do_it(&root); })) {
+        bool passed = false;
+        try {
+            passed = closing.run<obj_pre_delete_semantic>(
+                [&](obj_pre_delete_semantic& h) { return h.do_it(&root); });
+        } catch (...) {
+            closing.set_state(state::normal); // it can be closed later
+            throw;
+        }
+        if (!passed) {
             closing.refuse();
             closing.set_state(state::normal);
             return false;
         }
     }
     remove_model(&closing);
+    const std::unique_ptr<model_impl> goes{&closing}; // also when an observer throws
     {
         const message_history_impl::in_use guard{closing.log()};
         model_close_message_impl told{&closing};
         closing.notify(&told);
     }
-    delete &closing;
     return true;
 }
 

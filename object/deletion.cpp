@@ -58,8 +58,11 @@ public:
         const bool passed =
             self_.run<obj_delete_semantic>([&](obj_delete_semantic& h) { return h.do_it(&self_); });
         if (!(passed || self_.refuse()) || !clear_references()) return false;
+        auto made = std::make_unique<obj_delete_message_impl>(&self_, owner_);
+        message_impl& said = *made;
+        self_.owning_model()->log().add_message(std::move(made));
         was_finished_ = true;
-        if (!record_and_tell<obj_delete_message_impl>(self_, owner_)) return false;
+        if (!self_.notify(&said)) return false;
         detach_observers();
         self_.leave_id_map();
         self_.set_state(state::deleted);
@@ -97,7 +100,7 @@ private:
     bool delete_values() {
         std::set<u32> done;
         while (!self_.values().empty()) {
-            const u32 lowest = self_.values().begin()->id;
+            const u32 lowest = (*self_.values().begin()).id;
             if (!done.insert(lowest).second || !self_.delete_property(lowest)) return false;
         }
         return true;
@@ -143,9 +146,12 @@ private:
 
     bool leave_owner() {
         object_impl& owner = *self_.owner_object(); // hooks on the way may have moved the object once more
-        const std::size_t position = owner.child_position(&self_);
+        auto made = std::make_unique<child_remove_message_impl>(&owner, &self_, owner.child_position(&self_));
+        message_impl& said = *made;
+        self_.owning_model()->log().make_room();
         owner.take_child(self_);
-        if (!record_and_tell<child_remove_message_impl>(owner, &self_, position)) return false;
+        self_.owning_model()->log().add_message(std::move(made));
+        if (!owner.notify(&said)) return false;
         const bool passed = owner.run<post_remove_child_semantic>(
             [&](post_remove_child_semantic& h) { return h.do_it(&owner, &self_); });
         return passed || owner.refuse();
@@ -188,9 +194,9 @@ bool deletion::clear_references_of(object_impl& referrer) {
     };
     std::vector<note> notes;
     for (const auto& [id, value] : referrer.values()) {
-        if (refers_to_self(value.get())) {
+        if (refers_to_self(value)) {
             notes.push_back({id, true});
-        } else if (const auto* const list = exact_cast<vector_property>(value.get())) {
+        } else if (const auto* const list = exact_cast<vector_property>(value)) {
             if (std::ranges::any_of(list->elements, [&](const auto* e) { return refers_to_self(e); }))
                 notes.push_back({id, false}); // one note serves all: they are searched for anew each time
         }

@@ -91,8 +91,8 @@ struct lookup_step {
 bool begin_lookup(const object_impl& at, u32 id, effective_value& found, bool& asks_bases) {
     asks_bases = false;
     if (!run_pre_get(at, id)) return false;
-    if (at.values().holds(id)) {
-        found.value = at.values().find(id);
+    if (const abstract_property* const own = at.values().find(id)) {
+        found.value = own;
         found.source = const_cast<object_impl*>(&at);
         return true;
     }
@@ -128,6 +128,12 @@ effective_value find_along_bases(const object_impl& of, u32 id) {
 
 std::unique_ptr<abstract_property> effective_value::take() {
     return temporary ? std::move(temporary) : clone(value);
+}
+
+const abstract_property* plainly_stored_value(const object_impl& of, u32 id) {
+    if (of.has_hooks<pre_prop_get_semantic>()) return nullptr;
+    const abstract_property* const own = of.values().find(id);
+    return own && reads_plainly(of.semantics(), own, id) ? own : nullptr;
 }
 
 effective_value find_effective_value(const object_impl& of, u32 id) {

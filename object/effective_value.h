@@ -20,6 +20,10 @@ struct effective_value {
     [[nodiscard]] std::unique_ptr<abstract_property> take();
 };
 
+/// \returns the value that the object itself stores, borrowed, when reading it asks no hook that could tell; null when
+///          there is none, or find_effective_value() must say
+const abstract_property* plainly_stored_value(const object_impl& of, u32 id);
+
 /// Looks a property up, running the hooks of reads on every object that it passes.
 effective_value find_effective_value(const object_impl& of, u32 id);
 

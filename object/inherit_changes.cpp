@@ -50,7 +50,7 @@ bool tell_one(object_impl& about, const inherited_change& change, bool first_run
 
 inherited_values object_impl::inherited_now() const {
     inherited_values out;
-    const meta_object* const type = inherits_from_ ? meta() : nullptr;
+    const meta_object* const type = links().inherits_from ? meta() : nullptr;
     if (!type) return out;
     base_search search;
     for (const meta_property* const each : static_cast<const meta_object_base*>(type)->properties_ref()) {

@@ -68,15 +68,18 @@ struct add_base_row : list_row {
             return h.do_it(&at, base);
         }) && ask_about_values(self, list_change::add(impl_or_null(base)));
     }
-    step change() {
+    step test() {
         note_values();
         const step tested = test_base(self, base);
         if (tested == step::refuse) return step::refuse;
         // Kept: a base that is in the list stays where it is, and is told and recorded as one that came.
         is_repeated = tested == step::nothing_to_do;
-        if (!is_repeated) self.insert_base(*base, self.bases() ? self.bases()->size() : 0);
-        position = self.bases()->size() - 1;
+        position = self.bases() ? self.bases()->size() : 0;
+        if (is_repeated) --position;
         return step::go_on;
+    }
+    void change(message_impl&) {
+        if (!is_repeated) self.insert_base(*base, position);
     }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<inherits_add_message_impl>(&self, base, position, is_repeated);
@@ -98,14 +101,14 @@ struct insert_base_row : list_row {
             return h.do_it(&at, base, position);
         }) && ask_about_values(self, list_change::insert(impl_of(base), position));
     }
-    step change() {
+    step test() {
         note_values();
         if (const step tested = test_base(self, base); tested != step::go_on)
             return tested; // hooks may have linked
         if (position > (self.bases() ? self.bases()->size() : 0)) return step::refuse;
-        self.insert_base(*base, position);
         return step::go_on;
     }
+    void change(message_impl&) { self.insert_base(*base, position); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<inherits_insert_message_impl>(&self, base, position);
     }
@@ -126,13 +129,12 @@ struct cancel_base_row : list_row {
             return h.do_it(&at, base);
         }) && ask_about_values(self, list_change::cancel(impl_or_null(base)));
     }
-    step change() {
+    step test() {
         note_values();
         position = self.inherits_from_position(base);
-        if (position == npos) return step::nothing_to_do;
-        self.take_base(*base, position);
-        return step::go_on;
+        return position == npos ? step::nothing_to_do : step::go_on;
     }
+    void change(message_impl&) { self.take_base(*base, position); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<inherits_cancel_message_impl>(&self, base, position);
     }
@@ -154,14 +156,14 @@ struct replace_base_row : list_row {
             return h.do_it(&at, base, former);
         }) && ask_about_values(self, list_change::replace(impl_of(base), position));
     }
-    step change() {
+    step test() {
         note_values();
         if (const step tested = test_base(self, base); tested != step::go_on)
             return tested; // hooks may have linked
         if (self.inherits_from_at(position) != former) return step::refuse;
-        self.exchange_base(*base, *former, position);
         return step::go_on;
     }
+    void change(message_impl&) { self.exchange_base(*base, *former, position); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<inherits_replace_message_impl>(&self, base, former, position);
     }
@@ -183,14 +185,13 @@ struct order_base_row : list_row {
             return h.do_it(&at, base, position);
         }) && ask_about_values(self, list_change::move(impl_of(base), position));
     }
-    step change() {
+    step test() {
         note_values();
         const std::size_t size = self.bases() ? self.bases()->size() : 0;
         if (position <= size) old_position = self.inherits_from_position(base);
-        if (old_position == npos) return step::refuse;
-        self.move_base(*base, place());
-        return step::go_on;
+        return old_position == npos ? step::refuse : step::go_on;
     }
+    void change(message_impl&) { self.move_base(*base, place()); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<inherits_from_order_message_impl>(&self, base, place(), old_position);
     }
@@ -219,8 +220,8 @@ bool object_impl::insert_inherits_from(object* base, std::size_t position) {
 bool object_impl::cancel_inherits_from(object* base) { return mutate(cancel_base_row{{{*this}}, base}); }
 
 bool object_impl::cancel_all_inherits_from() {
-    if (!inherits_from_) return true;
-    const std::vector<object_impl*> listed = *inherits_from_;
+    if (!links().inherits_from) return true;
+    const std::vector<object_impl*> listed = *links().inherits_from;
     for (auto each = listed.rbegin(); each != listed.rend(); ++each)
         if (inherits_from(*each, false) && !cancel_inherits_from(*each)) return false;
     return true;

@@ -8,13 +8,13 @@
 namespace kelm {
 
 bool object_impl::inherits_from(object* base, bool recursive) const {
-    if (!inherits_from_ || !base) return false;
+    if (!links().inherits_from || !base) return false;
     return recursive ? inherits_in_turn(*this, *impl_of(base)) : inherits_from_position(base) != npos;
 }
 
 std::size_t object_impl::inherits_from_list(std::vector<object*>& out, u32 type) const {
-    if (inherits_from_)
-        for (object_impl* const each : *inherits_from_)
+    if (links().inherits_from)
+        for (object_impl* const each : *links().inherits_from)
             if (type == 0 || each->type_id_ == type) out.push_back(each);
     return out.size();
 }
@@ -31,22 +31,25 @@ std::size_t object_impl::inherits_from_list(std::vector<object*>& out) const {
 }
 
 std::size_t object_impl::inherits_from_position(object* base) const {
-    if (!inherits_from_) return npos;
+    if (!links().inherits_from) return npos;
     const auto at =
-        std::ranges::find(*inherits_from_, base, [](object_impl* each) -> object* { return each; });
-    return at == inherits_from_->end() ? npos : static_cast<std::size_t>(at - inherits_from_->begin());
+        std::ranges::find(*links().inherits_from, base, [](object_impl* each) -> object* { return each; });
+    return at == links().inherits_from->end() ? npos
+                                              : static_cast<std::size_t>(at - links().inherits_from->begin());
 }
 
 object* object_impl::inherits_from_at(std::size_t position) const {
-    return inherits_from_ && position < inherits_from_->size() ? (*inherits_from_)[position] : nullptr;
+    return links().inherits_from && position < links().inherits_from->size()
+               ? (*links().inherits_from)[position]
+               : nullptr;
 }
 
 bool object_impl::inherits_property(u32 id, bool deep) const {
-    if (!inherits_from_ || !inherits_values_of(*this, id)) return false;
+    if (!links().inherits_from || !inherits_values_of(*this, id)) return false;
     if (deep) return base_search{}.source_above(*this, id) != nullptr;
     // A hook of the question may change the list.
-    for (std::size_t i = 0; inherits_from_ && i < inherits_from_->size(); ++i) {
-        const object_impl& base = *(*inherits_from_)[i];
+    for (std::size_t i = 0; links().inherits_from && i < links().inherits_from->size(); ++i) {
+        const object_impl& base = *(*links().inherits_from)[i];
         if (may_be_asked(*this, base, id) && base.has_property(id)) return true;
     }
     return false;
@@ -54,20 +57,21 @@ bool object_impl::inherits_property(u32 id, bool deep) const {
 
 object* object_impl::property_source(u32 id) const {
     if (defines_property(id)) return face_for_hooks();
-    if (!inherits_from_ || !inherits_values_of(*this, id)) return nullptr;
+    if (!links().inherits_from || !inherits_values_of(*this, id)) return nullptr;
     return base_search{}.source_above(*this, id);
 }
 
 bool object_impl::is_property_not_inheritable(u32 id) const {
-    return not_inheritable_ && std::ranges::find(*not_inheritable_, id) != not_inheritable_->end();
+    return links().not_inheritable &&
+           std::ranges::find(*links().not_inheritable, id) != links().not_inheritable->end();
 }
 
 std::vector<u32> object_impl::not_inheritable_properties() const {
-    return not_inheritable_ ? *not_inheritable_ : std::vector<u32>{};
+    return links().not_inheritable ? *links().not_inheritable : std::vector<u32>{};
 }
 
 std::vector<object*> object_impl::inheritors() const {
-    return inheritors_ ? inheritors_->distinct() : std::vector<object*>{};
+    return links().inheritors ? links().inheritors->distinct() : std::vector<object*>{};
 }
 
 } // namespace kelm

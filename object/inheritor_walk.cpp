@@ -53,7 +53,7 @@ object_impl* inheritor_walk::next() {
 }
 
 bool object_impl::pass_to_inheritors(message_impl& said, u32 id) {
-    if (!inheritors_) return true;
+    if (!links().inheritors) return true;
     passed_message passed{model_->innermost_passed(), said};
     bool all = true;
     inheritor_walk walk{*this, id, nullptr, false};

@@ -7,6 +7,23 @@
 
 namespace kelm {
 
+namespace {
+
+/// What is done at the end of a scope, also when it is left by an exception.
+template <class Last>
+class scope_end {
+public:
+    explicit scope_end(Last last) : last_(last) {}
+    scope_end(const scope_end&) = delete;
+    scope_end& operator=(const scope_end&) = delete;
+    ~scope_end() { last_(); }
+
+private:
+    Last last_;
+};
+
+} // namespace
+
 tran_begin_message* model_impl::begin_transaction(const std::string& name) {
     forget_last_delta();
     const message_history_impl::in_use guard{history_};
@@ -52,15 +69,15 @@ void model_impl::rollback_last_transaction() {
 void model_impl::undo() {
     forget_last_delta();
     const as_recorded mark{innermost_passed_};
+    const scope_end last_step{[this] { take_over_transaction_id(); }};
     history_.undo();
-    take_over_transaction_id();
 }
 
 void model_impl::redo() {
     forget_last_delta();
     const as_recorded mark{innermost_passed_};
+    const scope_end last_step{[this] { take_over_transaction_id(); }};
     history_.redo();
-    take_over_transaction_id();
 }
 
 // Kept: the counter follows the newest transaction, so that the numbers of undone ones are given again.

@@ -39,9 +39,11 @@ meta_property* model_impl::add_user_defined_property(u32 type, const std::string
     meta_object* const owner = instance_meta_model_.own_or_proxy(type);
     if (!owner || owner->find_property(name)) return nullptr;
     const u32 wanted = id != 0 ? id : last_udp_id_.next();
+    auto message = std::make_unique<udp_add_message_impl>(this, owner, wanted, name, property_class);
+    history_.make_room();
     meta_property* const made = owner->add_property(wanted, name, property_class, definition);
     if (!made) return nullptr; // the id is taken: a message of it would take the other property away on undo
-    history_.add_message(std::make_unique<udp_add_message_impl>(this, owner, wanted, name, property_class));
+    history_.add_message(std::move(message));
     return made;
 }
 
@@ -52,9 +54,11 @@ bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_pro
     if (meta_object* const shown = instance_meta_model_.own_or_proxy(type->id())) type = shown;
     auto before = clone(which->attribute_value(attribute).get());
     auto after = clone(&value);
+    auto message = std::make_unique<udp_set_attribute_value_message_impl>(
+        this, type, which->id(), attribute, std::move(after), std::move(before));
+    history_.make_room();
     which->set_attribute_value(attribute, value);
-    history_.add_message(std::make_unique<udp_set_attribute_value_message_impl>(
-        this, type, which->id(), attribute, std::move(after), std::move(before)));
+    history_.add_message(std::move(message));
     return true;
 }
 
@@ -71,6 +75,7 @@ bool model_impl::remove_user_defined_property(u32 type, u32 id) {
     auto message = std::make_unique<udp_remove_message_impl>(
         this, owner, id, leaving->name(), leaving->property_class(),
         clone(leaving->attribute_value(attribute_id::default_value).get()));
+    history_.make_room();
     if (!owner->remove_property(id)) return false;
     history_.add_message(std::move(message));
     return true;

@@ -12,9 +12,9 @@
 
 namespace kelm {
 
-/// What a row's change() has come to.
+/// What a row's test() has come to.
 enum class step {
-    go_on,         ///< the change is made: record it
+    go_on,         ///< make the change, and record it
     nothing_to_do, ///< nothing changed, or nothing that is recorded
     refuse,        ///< the operation does not fit
     failed         ///< a mutation inside this one was refused, and has done what follows
@@ -26,15 +26,17 @@ concept mutation_row = requires(Row& row, object_impl& at, message_impl& said) {
     { row.self } -> std::same_as<object_impl&>;
     { row.pre(at) } -> std::same_as<bool>;  // hooks before, at the object or an inheritor
     { row.post(at) } -> std::same_as<bool>; // hooks behind
-    { row.change() } -> std::same_as<step>;
-    { row.message() } -> std::convertible_to<std::unique_ptr<message_impl>>;
+    { row.test() } -> std::same_as<step>;   // finds out what is to be done
+    { row.message() } -> std::convertible_to<std::unique_ptr<message_impl>>; // of a change yet to be made
+    row.change(said); // makes it, all or nothing, and gives the message what left the object
     { row.stops_when_deleted() } -> std::same_as<bool>;
     { row.pass(said) } -> std::same_as<bool>; // tells inheritors
     { Row::reaches_inheritors } -> std::convertible_to<bool>;
 };
 
 /// Takes one change along its whole road.
-/// \returns false when a hook or the change refused: the open level is then rolled back; and when an observer did:
+/// A change stands only with its message: where memory runs out there is neither.
+/// \returns false when a hook or the test refused: the open level is then rolled back; and when an observer did:
 ///          nothing is then taken back
 template <mutation_row Row>
 bool mutate(Row&& row) {
@@ -53,7 +55,7 @@ bool mutate(Row&& row) {
     if (!everywhere([&](object_impl& at) { return row.pre(at); })) return self.refuse();
     if (self.is_deleted() && row.stops_when_deleted()) return true;
     self.keep_if_deleted();
-    switch (row.change()) {
+    switch (row.test()) {
     case step::go_on: break;
     case step::nothing_to_do: return true;
     case step::refuse: return self.refuse();
@@ -62,6 +64,8 @@ bool mutate(Row&& row) {
 
     std::unique_ptr<message_impl> message = row.message();
     message_impl& said = *message; // stays readable while the guard lives, whatever becomes of it
+    history.make_room();
+    row.change(said);
     history.add_message(std::move(message));
     if (!self.notify(&said) || !row.pass(said)) return false;
     if constexpr (requires { row.settle(); })

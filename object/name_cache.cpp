@@ -9,10 +9,11 @@
 namespace kelm {
 
 void object_impl::cache_name(const std::string& name) {
-    if (cached_name_)
-        *cached_name_ = name;
+    auto& kept = made_links().cached_name;
+    if (kept)
+        *kept = name;
     else
-        cached_name_ = std::make_unique<std::string>(name);
+        kept = std::make_unique<std::string>(name);
 }
 
 const std::string& cached_name(const object& what) {

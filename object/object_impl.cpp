@@ -22,7 +22,10 @@ object_impl::object_impl(u32 type, object_impl* owner, bool no_semantics, bool a
 
 object_impl::~object_impl() = default;
 
-void* object_impl::operator new(std::size_t size) { return allocate_slot(size); }
+// The range is for what is many: the first one made, which decides its slots, is a model.
+void* object_impl::operator new(std::size_t size) {
+    return size == sizeof(object_impl) ? allocate_slot(size) : ::operator new(size);
+}
 void object_impl::operator delete(void* memory, std::size_t size) noexcept { free_slot(memory, size); }
 
 void object_impl::attach_semantics() { semantic_table_ = application_semantics(type_id_); }
@@ -67,43 +70,57 @@ bool object_impl::refuse() {
 }
 
 bool object_impl::attach(observer* who) {
-    if (!who || !subject_impl::attach(who)) return false;
+    if (!who || is_attached(who)) return false;
     auto* const observing = dynamic_cast<object_impl*>(who);
-    if (!observing) return true;
-    if (model_) {
-        const message_history_impl::in_use guard{model_->log()};
-        keep_if_deleted();
-        observing->keep_if_deleted();
-        model_->log().add_message(std::make_unique<observer_add_message_impl>(this, who, observing->id()));
+    if (!observing) return subject_impl::attach(who);
+    if (!model_) {
+        attach_silently(*who, observing->id());
+        return true;
     }
-    if (!observer_ids_) observer_ids_ = std::make_unique<std::set<u32>>();
-    observer_ids_->insert(observing->id());
+    const message_history_impl::in_use guard{model_->log()};
+    auto message = std::make_unique<observer_add_message_impl>(this, who, observing->id());
+    model_->log().make_room();
+    attach_silently(*who, observing->id()); // behind it nothing fails
+    keep_if_deleted();
+    observing->keep_if_deleted();
+    model_->log().add_message(std::move(message));
     return true;
 }
 
 bool object_impl::detach(observer* who) {
-    if (!who || !subject_impl::detach(who)) return false;
+    if (!who || !is_attached(who)) return false;
     const auto* const observing = dynamic_cast<object*>(who);
-    if (!observing) return true;
-    if (model_) {
-        const message_history_impl::in_use guard{model_->log()};
-        model_->log().add_message(std::make_unique<observer_remove_message_impl>(this, who, observing->id()));
+    if (!observing) return subject_impl::detach(who);
+    if (!model_) {
+        detach_silently(*who, observing->id());
+        return true;
     }
-    if (observer_ids_) observer_ids_->erase(observing->id());
+    const message_history_impl::in_use guard{model_->log()};
+    auto message = std::make_unique<observer_remove_message_impl>(this, who, observing->id());
+    model_->log().make_room();
+    detach_silently(*who, observing->id());
+    model_->log().add_message(std::move(message));
     return true;
 }
 
 bool object_impl::detach_object(object* who) { return who && detach(static_cast<observer*>(impl_of(who))); }
 
+// Both lists, or none.
 void object_impl::attach_silently(observer& who, u32 id) {
-    subject_impl::attach(&who);
-    if (!observer_ids_) observer_ids_ = std::make_unique<std::set<u32>>();
-    observer_ids_->insert(id);
+    auto& ids = made_links().observer_ids;
+    if (!ids) ids = std::make_unique<std::set<u32>>();
+    const auto [place, is_new] = ids->insert(id);
+    try {
+        subject_impl::attach(&who);
+    } catch (...) {
+        if (is_new) ids->erase(place);
+        throw;
+    }
 }
 
 void object_impl::detach_silently(observer& who, u32 id) {
     subject_impl::detach(&who);
-    if (observer_ids_) observer_ids_->erase(id);
+    if (links().observer_ids) links().observer_ids->erase(id);
 }
 
 bool object_impl::update(subject* from, message* what) {
@@ -130,14 +147,14 @@ bool object_impl::is_elsewhere(const object_impl& other, bool whole_model) const
 }
 
 // The destructor asks nobody and tells nobody: what other objects, other models and observers still hold of this one
-// is cut here, so that nothing is left pointing at freed memory.
+// is cut here, so that nothing is left pointing at freed memory.  Nothing is allocated for it, and so it cannot fail.
 void object_impl::unlink(bool whole_model) {
     for (const auto& [id, value] : values_)
-        for_each_target(value.get(), [&](object* target) {
+        for_each_target(value, [&](object* target) {
             if (is_elsewhere(*impl_of(target), whole_model)) impl_of(target)->drop_reference_from(*this);
         });
-    if (referencing_) {
-        for (object_impl* const holder : referencing_->copy())
+    if (const back_links* const holders = references_to_this()) {
+        for (object_impl* const holder : *holders)
             if (is_elsewhere(*holder, whole_model)) holder->clear_references_to(*this);
     }
     unlink_bases(whole_model);
@@ -160,18 +177,21 @@ void object_impl::clear_references_to(const object_impl& gone) {
         if (reference && reference->value == static_cast<const object*>(&gone)) reference->value = nullptr;
     };
     for (const auto& [id, value] : values_) {
-        clear(value.get());
-        if (auto* const list = dynamic_cast<vector_property*>(value.get()))
+        clear(value);
+        if (auto* const list = dynamic_cast<vector_property*>(value))
             std::ranges::for_each(list->elements, clear);
     }
 }
 
 void object_impl::unlink_observers(bool whole_model) {
-    for (observer* const who : subject_impl::observers()) {
+    for (std::size_t i = observers_ ? observers_->size() : 0; i-- != 0;) {
+        observer* const who = (*observers_)[i];
         const auto* const observing = dynamic_cast<object_impl*>(who);
         if (!observing || is_elsewhere(*observing, whole_model)) subject_impl::detach(who);
     }
-    for (subject* const watched : observer_impl::subjects()) {
+    for (std::size_t i = subjects_ ? subjects_->size() : 0; i-- != 0;) {
+        if (!subjects_ || i >= subjects_->size()) continue; // a subject of an application may do as it likes
+        subject* const watched = (*subjects_)[i];
         assert(watched); // lists of subjects hold no null
         auto* const thing = dynamic_cast<object_impl*>(watched);
         if (!thing) {

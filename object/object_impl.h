@@ -7,12 +7,12 @@
 #include "message/silent_edit.h"
 #include "object/back_links.h"
 #include "object/child_list.h"
+#include "object/object_links.h"
 #include "object/value_store.h"
 
 #include <kelm/subject.h>
 
 #include <memory>
-#include <set>
 
 namespace kelm {
 
@@ -119,7 +119,7 @@ public:
     // Silent edits.
     abstract_property* own_value(u32 id) const override;
     std::unique_ptr<abstract_property> exchange_value(u32 id,
-                                                      std::unique_ptr<abstract_property> value) override;
+                                                      std::unique_ptr<abstract_property>& value) override;
     std::unique_ptr<abstract_property> take_value(u32 id) override;
     void keep_lost_value(std::unique_ptr<abstract_property> value) override;
     void exchange_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) override;
@@ -140,7 +140,7 @@ public:
     bool tell_inherited_changes(const inherited_values& before, bool with_deletes, bool first_run) override;
     void attach_silently(observer& who, u32 id) override;
     void detach_silently(observer& who, u32 id) override;
-    void set_state(u32 state) override { object_state_ = static_cast<u8>(state); }
+    void set_state(u32 state) override { object_state_ = state & 3; }
     void enter_id_map() override;
     void leave_id_map() override;
     void destroy() override;
@@ -180,10 +180,16 @@ public:
     const value_store& values() const { return values_; }
     const child_list* child_objects() const { return children_.get(); }
     child_list& made_children();
-    const std::vector<object_impl*>* bases() const { return inherits_from_.get(); }
-    const back_links* inheritor_links() const { return inheritors_.get(); }
-    const back_links* references_to_this() const { return referencing_.get(); }
-    const std::set<u32>* observer_ids() const { return observer_ids_.get(); }
+    const object_links& links() const { return links_ ? *links_ : object_links::none; }
+    std::vector<u32>& made_marks();
+    object_links& made_links() {
+        if (!links_) links_ = std::make_unique<object_links>();
+        return *links_;
+    }
+    const std::vector<object_impl*>* bases() const { return links().inherits_from.get(); }
+    const back_links* inheritor_links() const { return links().inheritors.get(); }
+    const back_links* references_to_this() const { return links().referencing.get(); }
+    const std::set<u32>* observer_ids() const { return links().observer_ids.get(); }
     meta_object* meta() const;
     bool may_own(const object_impl& child) const;
     /// \returns whether `child` may be below nobody, or owns this, at any distance, or is this
@@ -198,12 +204,12 @@ public:
     /// Adds those that can be put there, in order; null stands for none.
     /// \param may_close_circles  false when the reader knows that none does
     void append_bases(const std::vector<object_impl*>& bases, bool may_close_circles);
-    bool has_inheritors() const { return inheritors_ != nullptr; }
+    bool has_inheritors() const { return links().inheritors != nullptr; }
     /// Marks properties that are not marked yet, in order.
     void mark_not_inheritable(const std::vector<u32>& ids);
 
     /// The name that the object keeps, see cache_names(); null until it has been given one.
-    const std::string* cached_name() const { return cached_name_.get(); }
+    const std::string* cached_name() const { return links().cached_name.get(); }
     void cache_name(const std::string& name);
 
     /// Enters this object in the back-list of a target that a reader has just put into one of its values.
@@ -230,6 +236,7 @@ private:
     void clear_references_to(const object_impl& gone);
     vector_property* own_vector(u32 id) const;
     void leave_list();
+    void link_base(object_impl& base, std::size_t position);
     void unlink_bases(bool whole_model);
     void unlink_observers(bool whole_model);
     bool is_elsewhere(const object_impl& other, bool whole_model) const;
@@ -240,19 +247,14 @@ private:
     u32 type_id_;
     u32 object_id_ = 0;
     u32 pool_place_ = 0;
-    u32 named_as_owner_ = 0; // by how many objects, in its list or not; see also keep_if_deleted()
-    u8 object_state_ = state::normal;
-    bool is_listed_ = false;
-    bool is_condemned_ = false; // goes with the last object that names it as its owner
+    u32 named_as_owner_ : 28 = 0; // by how many objects, in its list or not; see also keep_if_deleted()
+    u32 object_state_ : 2 = state::normal;
+    u32 is_listed_ : 1 = false;
+    u32 is_condemned_ : 1 = false; // goes with the last object that names it as its owner
     value_store values_;
     // Made when first needed.
     std::unique_ptr<child_list> children_;
-    std::unique_ptr<std::vector<object_impl*>> inherits_from_; // in priority order
-    std::unique_ptr<back_links> referencing_;                  // one entry a referring value
-    std::unique_ptr<back_links> inheritors_;
-    std::unique_ptr<std::vector<u32>> not_inheritable_; // in order of marking
-    std::unique_ptr<std::set<u32>> observer_ids_;       // of the objects among the observers
-    std::unique_ptr<std::string> cached_name_;
+    std::unique_ptr<object_links> links_;
 };
 
 inline object_impl* impl_of(object* what) { return static_cast<object_impl*>(what); }

@@ -6,6 +6,10 @@
 
 namespace kelm {
 
+void object_pool::make_room() {
+    if (objects_.size() == objects_.capacity()) objects_.reserve(2 * objects_.size() + 1);
+}
+
 void object_pool::adopt(object_impl& what) {
     objects_.push_back(&what);
     what.pool_place_ = static_cast<u32>(objects_.size() - 1);
@@ -36,8 +40,11 @@ void object_pool::destroy(object_impl& what) {
 // All of them go: only what other models and observers hold of them has to be cut.
 void object_pool::destroy_all() {
     for (object_impl* what : objects_) what->unlink(true);
-    for (object_impl* what : objects_) delete what;
-    objects_.clear();
+    // The oldest last: its place is then the first to be given again, so that addresses are in order of making again.
+    while (!objects_.empty()) {
+        delete objects_.back();
+        objects_.pop_back();
+    }
 }
 
 object_pool& bare_objects() {

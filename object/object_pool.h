@@ -16,6 +16,8 @@ public:
     object_pool& operator=(const object_pool&) = delete;
     ~object_pool() { destroy_all(); }
 
+    /// Has adopt() find room, so that it cannot fail.
+    void make_room();
     void adopt(object_impl& what);
     /// Gives an object over to another pool.
     void release(object_impl& what);

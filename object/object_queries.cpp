@@ -34,7 +34,7 @@ std::vector<object*> back_links::distinct() const {
 }
 
 std::vector<object*> object_impl::referencing_objects() const {
-    return referencing_ ? referencing_->distinct() : std::vector<object*>{};
+    return links().referencing ? links().referencing->distinct() : std::vector<object*>{};
 }
 
 std::vector<object*> object_impl::referenced_objects() const {

@@ -26,11 +26,13 @@ private:
 } // namespace
 
 bool object_impl::has_property(u32 id) const {
+    if (plainly_stored_value(*this, id)) return true;
     const read_in_progress guard{model_};
     return find_effective_value(*this, id).value != nullptr;
 }
 
 value_ptr object_impl::get_property(u32 id) const {
+    if (value_ptr scalar = shared_scalar(plainly_stored_value(*this, id))) return scalar;
     const read_in_progress guard{model_};
     return share(find_effective_value(*this, id).take());
 }
@@ -55,7 +57,7 @@ value_ptr object_impl::get_own_property(u32 id) const { return shared_clone(valu
 
 void object_impl::own_properties(value_map& out) const {
     for (const auto& [id, value] : values_)
-        if (value && !out.contains(id)) out.emplace(id, shared_clone(value.get()));
+        if (value && !out.contains(id)) out.emplace(id, shared_clone(value));
 }
 
 shared_ptr<value_map> object_impl::own_properties() const {

@@ -17,13 +17,13 @@ struct mark_row : property_row {
         return at.run<pre_prop_set_not_inheritable_semantic>(
             [&](pre_prop_set_not_inheritable_semantic& h) { return h.do_it(&at, id, flag, &self); });
     }
-    step change() {
+    step test() {
         noted = find_effective_value(self, id).take();
         if (self.is_property_not_inheritable(id) == flag)
             return step::nothing_to_do; // a hook has been quicker
-        self.mark_not_inheritable(id, flag);
         return step::go_on;
     }
+    void change(message_impl&) { self.mark_not_inheritable(id, flag); }
     std::unique_ptr<message_impl> message() {
         return std::make_unique<property_set_not_inheritable_message_impl>(&self, id, flag);
     }
@@ -40,7 +40,8 @@ struct refresh_row : property_row {
     const abstract_property* old;
 
     object_impl* origin() const { return nullptr; }
-    step change() { return step::go_on; } // the object itself does not change
+    step test() { return step::go_on; }
+    void change(message_impl&) {} // the object itself does not change
 };
 
 struct refresh_set_row : refresh_row {

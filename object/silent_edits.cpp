@@ -6,18 +6,34 @@
 namespace kelm {
 
 void object_impl::add_reference_from(object_impl& holder) {
-    if (!referencing_) referencing_ = std::make_unique<back_links>();
-    referencing_->add(&holder);
+    auto& list = made_links().referencing;
+    if (!list) list = std::make_unique<back_links>();
+    list->add(&holder);
 }
 
 void object_impl::drop_reference_from(object_impl& holder) {
-    if (!referencing_) return;
-    referencing_->remove(&holder);
-    if (referencing_->empty()) referencing_.reset();
+    if (!links().referencing) return;
+    auto& list = made_links().referencing;
+    list->remove(&holder);
+    if (list->empty()) list.reset();
 }
 
+// All of them, or none.
 void object_impl::link_references(const abstract_property* value) {
-    for_each_target(value, [this](object* target) { impl_of(target)->add_reference_from(*this); });
+    std::size_t linked = 0;
+    try {
+        for_each_target(value, [&](object* target) {
+            impl_of(target)->add_reference_from(*this);
+            ++linked;
+        });
+    } catch (...) {
+        for_each_target(value, [&](object* target) {
+            if (linked == 0) return;
+            impl_of(target)->drop_reference_from(*this);
+            --linked;
+        });
+        throw;
+    }
 }
 
 void object_impl::unlink_references(const abstract_property* value) {
@@ -27,8 +43,9 @@ void object_impl::unlink_references(const abstract_property* value) {
 abstract_property* object_impl::own_value(u32 id) const { return values_.find(id); }
 
 std::unique_ptr<abstract_property> object_impl::exchange_value(u32 id,
-                                                               std::unique_ptr<abstract_property> value) {
+                                                               std::unique_ptr<abstract_property>& value) {
     if (!value) return take_value(id); // a history may have lost it
+    values_.make_room(id);
     link_references(value.get());
     std::unique_ptr<abstract_property> former = values_.exchange(id, std::move(value));
     unlink_references(former.get());
@@ -63,8 +80,11 @@ void object_impl::exchange_element(u32 id, std::size_t position,
 void object_impl::insert_element(u32 id, std::size_t position, std::unique_ptr<abstract_property>& element) {
     vector_property* const list = own_vector(id);
     if (!list || position > list->elements.size()) return;
-    list->elements.insert(list->elements.begin() + static_cast<std::ptrdiff_t>(position), element.get());
-    link_references(element.release());
+    auto& elements = list->elements;
+    if (elements.size() == elements.capacity())
+        elements.reserve(elements.size() + std::max<std::size_t>(elements.size(), 1));
+    link_references(element.get()); // behind it nothing fails
+    elements.insert(elements.begin() + static_cast<std::ptrdiff_t>(position), element.release());
 }
 
 std::unique_ptr<abstract_property> object_impl::take_element(u32 id, std::size_t position,
@@ -118,8 +138,7 @@ void object_impl::take_child(object& child) {
 }
 
 void object_impl::move_child(object& child, std::size_t position) {
-    if (children_ && children_->remove(*impl_of(&child)) != npos)
-        children_->insert(*impl_of(&child), position);
+    if (children_) children_->move(*impl_of(&child), position);
 }
 
 // A deleted owner stays counted when an object leaves it: the history that can take that back names it too.

@@ -14,28 +14,29 @@ const vector_property* own_vector_of(const object_impl& at, u32 id) {
 struct insert_element_row : property_row {
     const abstract_property& element;
     std::size_t position;
-    std::unique_ptr<abstract_property> left_out{}; // the clone, where the position was behind the end
-    abstract_property* stored = nullptr;
+    std::unique_ptr<abstract_property> made{}; // until the object takes it over
 
     bool pre(object_impl& at) {
         return at.run<pre_prop_insert_vecprop_semantic>(
             [&](pre_prop_insert_vecprop_semantic& h) { return h.do_it(&at, id, element, position, &self); });
     }
 
-    step change() {
+    step test() {
         if (!own_vector_of(self, id)) return step::refuse;
-        left_out = clone(&element);
-        stored = left_out.get();
-        // Kept: a position behind the end puts nothing in, and the operation is told and recorded all the same.
-        self.insert_element(id, position, left_out);
+        made = clone(&element);
         return step::go_on;
     }
 
     std::unique_ptr<message_impl> message() {
-        if (left_out)
-            return std::make_unique<property_insert_vec_prop_message_impl>(&self, std::move(left_out), id,
+        // Kept: a position behind the end puts nothing in, and the operation is told and recorded all the same.
+        if (position > own_vector_of(self, id)->elements.size())
+            return std::make_unique<property_insert_vec_prop_message_impl>(&self, std::move(made), id,
                                                                            position);
-        return std::make_unique<property_insert_vec_prop_message_impl>(&self, stored, id, position);
+        return std::make_unique<property_insert_vec_prop_message_impl>(&self, made.get(), id, position);
+    }
+
+    void change(message_impl&) {
+        if (made) self.insert_element(id, position, made);
     }
 
     bool post(object_impl& at) {
@@ -46,25 +47,25 @@ struct insert_element_row : property_row {
 
 struct delete_element_row : property_row {
     std::size_t position;
-    std::unique_ptr<abstract_property> taken{};
-    const abstract_property* old = nullptr;
+    const abstract_property* old = nullptr; // the message has it
 
     bool pre(object_impl& at) {
         return at.run<pre_prop_delete_vecprop_semantic>(
             [&](pre_prop_delete_vecprop_semantic& h) { return h.do_it(&at, id, position, &self); });
     }
 
-    step change() {
+    step test() {
         const vector_property* const list = own_vector_of(self, id);
         if (!list || position >= list->elements.size()) return step::refuse;
-        taken = self.take_element(id, position, nullptr);
-        old = taken.get();
+        old = list->elements[position];
         return step::go_on;
     }
 
     std::unique_ptr<message_impl> message() {
-        return std::make_unique<property_delete_vec_prop_message_impl>(&self, std::move(taken), id, position);
+        return std::make_unique<property_delete_vec_prop_message_impl>(&self, nullptr, id, position);
     }
+
+    void change(message_impl& said) { said.custody(0)->take_back(self.take_element(id, position, nullptr)); }
 
     bool post(object_impl& at) {
         return at.run_with_clone<post_prop_delete_vecprop_semantic>(
@@ -77,28 +78,30 @@ struct delete_element_row : property_row {
 struct set_element_row : property_row {
     const abstract_property& element;
     std::size_t position;
-    std::unique_ptr<abstract_property> taken{};
-    const abstract_property* old = nullptr;
-    abstract_property* stored = nullptr;
+    std::unique_ptr<abstract_property> made{}; // until the object takes it over
+    const abstract_property* old = nullptr;    // the message has it
 
     bool pre(object_impl& at) {
         return at.run<pre_prop_set_vecprop_semantic>(
             [&](pre_prop_set_vecprop_semantic& h) { return h.do_it(&at, id, element, position, &self); });
     }
 
-    step change() {
+    step test() {
         const vector_property* const list = own_vector_of(self, id);
         if (!list || position >= list->elements.size()) return step::refuse;
-        taken = clone(&element);
-        stored = taken.get();
-        self.exchange_element(id, position, taken);
-        old = taken.get();
+        made = clone(&element);
+        old = list->elements[position];
         return step::go_on;
     }
 
     std::unique_ptr<message_impl> message() {
-        return std::make_unique<property_set_vec_prop_message_impl>(&self, std::move(taken), stored, id,
-                                                                    position);
+        return std::make_unique<property_set_vec_prop_message_impl>(
+            &self, std::unique_ptr<abstract_property>{}, made.get(), id, position);
+    }
+
+    void change(message_impl& said) {
+        self.exchange_element(id, position, made);
+        said.custody(1)->take_back(std::move(made));
     }
 
     bool post(object_impl& at) {
@@ -112,7 +115,7 @@ struct set_element_row : property_row {
 struct move_element_row : property_row {
     std::size_t from;
     std::size_t to;
-    bool moved = false;
+    bool moves = false;
 
     bool pre(object_impl& at) {
         return at.run<pre_prop_change_vecprop_elem_order_semantic>(
@@ -121,19 +124,20 @@ struct move_element_row : property_row {
             });
     }
 
-    step change() {
+    step test() {
         const vector_property* const list = own_vector_of(self, id);
         if (!list) return step::refuse;
-        if (from >= list->elements.size()) return step::go_on; // told as done, with nothing moved
-        if (to >= list->elements.size()) return lose(list->elements[from]);
-        std::unique_ptr<abstract_property> element = self.take_element(id, from, nullptr);
-        self.insert_element(id, to, element);
-        moved = true;
-        return step::go_on;
+        moves = from < list->elements.size();
+        if (moves && to >= list->elements.size()) return lose(list->elements[from]);
+        return step::go_on; // also with nothing to move: told as done
     }
 
     std::unique_ptr<message_impl> message() {
-        return std::make_unique<element_position_vec_prop_message_impl>(&self, id, from, to, moved);
+        return std::make_unique<element_position_vec_prop_message_impl>(&self, id, from, to, moves);
+    }
+
+    void change(message_impl&) {
+        if (moves) self.move_element(id, from, to);
     }
 
     bool post(object_impl& at) {

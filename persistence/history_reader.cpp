@@ -146,8 +146,9 @@ private:
             return nullptr;
         }
         into_.messages.push_back(made.get());
-        remember(*made);
-        return made.release();
+        message_impl* const read = made.release(); // it is theirs
+        remember(*read);
+        return read;
     }
 
     void remember(message& what) {

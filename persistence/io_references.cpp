@@ -19,8 +19,8 @@ void fill_references(kelm::model& in, const io_reference_manager& from) {
         const bool is_null = each.target_id == npos32 || each.target_id == 0;
         object_impl* const target = is_null ? nullptr : found(in, each.target_id);
         if (!target) continue;
-        each.value->value = target;
         if (!each.from_message && each.holder) impl_of(each.holder)->link_read_reference(*target);
+        each.value->value = target; // never without its link
     }
 }
 

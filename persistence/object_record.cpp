@@ -106,8 +106,8 @@ private:
 
     void fill_record(const object_impl& of) {
         record_.id = of.id();
-        for (const auto& entry : of.values())
-            if (keeps(of, entry.id)) record_.values.push_back({entry.id, entry.value.get()});
+        for (const auto& [id, value] : of.values())
+            if (keeps(of, id)) record_.values.push_back({id, value});
         record_.not_inheritable = of.not_inheritable_properties();
         if (const auto* const bases = of.bases())
             for (const object_impl* base : *bases) record_.bases.push_back(base->id());
@@ -174,7 +174,7 @@ private:
         into.set_id(record_.id);
         into.enter_id_map();
         into.attach_semantics();
-        for (auto& value : record_.values) into.exchange_value(value.id, std::move(value.box));
+        for (auto& value : record_.values) into.exchange_value(value.id, value.box);
         into.mark_not_inheritable(record_.not_inheritable);
         if (model_.find_object(record_.id) == &into) { // of two with one id the first has the links
             keep_for_later(record_.bases, references_.inherits);
@@ -224,6 +224,7 @@ template bool read_object(object_impl&, document_in, io_reference_manager&);
 // A model inside a model would be one more open document: no stream can ask for that.
 object_impl* make_stored_object(u32 type, model_impl& in) {
     if (type == type_id::model) return nullptr;
+    in.pool().make_room(); // else the object would stay a bare one
     object* const made = framework::instance().instantiate_object(type, nullptr, false);
     if (!made) return nullptr;
     impl_of(made)->place_in(in);

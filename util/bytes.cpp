@@ -6,6 +6,7 @@
 #include <istream>
 #include <limits>
 #include <ostream>
+#include <streambuf>
 
 namespace kelm {
 
@@ -77,7 +78,7 @@ int depth_slot() {
 
 void put_u8(std::ostream& out, u8 value) { put(out, value); }
 void put_u16(std::ostream& out, u16 value) { put(out, value); }
-void put_u32(std::ostream& out, u32 value) { put(out, value); }
+void put_u32_slowly(std::ostream& out, u32 value) { put(out, value); }
 void put_u64(std::ostream& out, u64 value) { put(out, value); }
 void put_bool(std::ostream& out, bool value) { put_u8(out, value ? 1 : 0); }
 
@@ -99,7 +100,7 @@ void put_guid(std::ostream& out, const GUID& value) {
 
 u8 get_u8(std::istream& in) { return get<u8>(in); }
 u16 get_u16(std::istream& in) { return get<u16>(in); }
-u32 get_u32(std::istream& in) { return get<u32>(in); }
+u32 get_u32_slowly(std::istream& in) { return get<u32>(in); }
 u64 get_u64(std::istream& in) { return get<u64>(in); }
 bool get_bool(std::istream& in) { return get_u8(in) != 0; }
 

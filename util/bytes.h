@@ -5,7 +5,9 @@
 #include <kelm/guid.h>
 #include <kelm/types.h>
 
-#include <iosfwd>
+#include <istream>
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 
@@ -15,7 +17,9 @@ namespace kelm {
 
 void put_u8(std::ostream& out, u8 value);
 void put_u16(std::ostream& out, u16 value);
-void put_u32(std::ostream& out, u32 value);
+inline void put_u32(std::ostream& out, u32 value);
+/// The same for a buffer that has no room for all of it right now, and for a stream that is not good.
+void put_u32_slowly(std::ostream& out, u32 value);
 void put_u64(std::ostream& out, u64 value);
 /// One byte, 0 or 1.
 void put_bool(std::ostream& out, bool value);
@@ -29,7 +33,9 @@ void put_guid(std::ostream& out, const GUID& value);
 
 [[nodiscard]] u8 get_u8(std::istream& in);
 [[nodiscard]] u16 get_u16(std::istream& in);
-[[nodiscard]] u32 get_u32(std::istream& in);
+[[nodiscard]] inline u32 get_u32(std::istream& in);
+/// The same for a buffer that has not all of it right now, and for a stream that is not good.
+[[nodiscard]] u32 get_u32_slowly(std::istream& in);
 [[nodiscard]] u64 get_u64(std::istream& in);
 /// One byte; every other than 0 is true.
 [[nodiscard]] bool get_bool(std::istream& in);
@@ -52,5 +58,39 @@ public:
 private:
     std::ios& stream_;
 };
+
+/// The room that a buffer has right now: a number that fits is put there, or taken from there, as a whole.
+class buffer_window : private std::streambuf {
+public:
+    /// \returns where `size` bytes can be put, which count as put; null when there is no such room
+    static char* claim(std::streambuf& in, std::size_t size) {
+        char* const at = (in.*&buffer_window::pptr)();
+        if (static_cast<std::size_t>((in.*&buffer_window::epptr)() - at) < size) return nullptr;
+        (in.*&buffer_window::pbump)(static_cast<int>(size));
+        return at;
+    }
+    /// \returns where the next `size` bytes stand, which count as taken; null when not all of them are there yet
+    static const char* take(std::streambuf& from, std::size_t size) {
+        const char* const at = (from.*&buffer_window::gptr)();
+        if (static_cast<std::size_t>((from.*&buffer_window::egptr)() - at) < size) return nullptr;
+        (from.*&buffer_window::gbump)(static_cast<int>(size));
+        return at;
+    }
+};
+
+// Records are numbers of this width, nearly all of them.
+inline void put_u32(std::ostream& out, u32 value) {
+    char* const at = out.good() ? buffer_window::claim(*out.rdbuf(), 4) : nullptr;
+    if (!at) return put_u32_slowly(out, value);
+    for (unsigned i = 0; i != 4; ++i) at[i] = static_cast<char>(value >> (8 * i) & 0xFF);
+}
+
+inline u32 get_u32(std::istream& in) {
+    const char* const at = in.good() ? buffer_window::take(*in.rdbuf(), 4) : nullptr;
+    if (!at) return get_u32_slowly(in);
+    u32 value = 0;
+    for (unsigned i = 0; i != 4; ++i) value |= u32{static_cast<u8>(at[i])} << (8 * i);
+    return value;
+}
 
 } // namespace kelm

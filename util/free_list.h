@@ -26,32 +26,38 @@ struct block {
     block* next;
 };
 
-/// Free blocks by size.  Never destroyed, since values may die after main; leak checkers reach every slab from it.
+/// Free blocks by size, over slabs of their own.  Never destroyed, since values may die after main; leak checkers
+/// reach every slab from it.
 struct lists {
     std::array<block*, largest / grain> heads;
-    std::byte* fresh;     ///< the unused rest of the newest slab, handed out upwards
-    std::byte* fresh_end; ///< its end
-    block* slabs;         ///< all slabs, chained through their first bytes
+    std::byte* fresh;        ///< the unused rest of the newest slab, handed out upwards
+    std::byte* fresh_end;    ///< its end
+    block* slabs;            ///< all slabs, chained through their first bytes
+    std::byte* cut;          ///< the part of a piece of memory that is no slab yet
+    std::byte* cut_end;      ///< its end
+    std::size_t slabs_alone; ///< how many were fetched one by one
 };
-extern lists state;
+extern lists state;    ///< of what objects and readers hold
+extern lists recorded; ///< of messages: apart, so that what is read all day lies close together
 
 /// Which list serves `size`; beyond the array for sizes that none serves, and for 0.
 inline std::size_t list_of(std::size_t size) noexcept { return (size - 1) / grain; }
 
 /// Takes a block of the list's size from the newest slab, or from another one.
 /// \throws std::bad_alloc
-void* take_fresh(std::size_t list);
+void* take_fresh(lists& from, std::size_t list);
 
 } // namespace free_list
 
 /// Memory for `size` bytes, aligned as a type of that size can need it.
 /// \throws std::bad_alloc
+template <free_list::lists& From = free_list::state>
 [[nodiscard]] inline void* allocate_pooled(std::size_t size) {
     if constexpr (free_list::enabled) {
         const std::size_t list = free_list::list_of(size);
-        if (list < free_list::state.heads.size()) {
-            free_list::block*& head = free_list::state.heads[list];
-            if (!head) return free_list::take_fresh(list);
+        if (list < From.heads.size()) {
+            free_list::block*& head = From.heads[list];
+            if (!head) return free_list::take_fresh(From, list);
             free_list::block* const taken = head;
             head = taken->next;
             return taken;
@@ -61,12 +67,13 @@ void* take_fresh(std::size_t list);
 }
 
 /// Takes back what allocate_pooled() gave for the same `size`.  Null does nothing.
+template <free_list::lists& Into = free_list::state>
 inline void free_pooled(void* memory, std::size_t size) noexcept {
     if constexpr (free_list::enabled) {
         const std::size_t list = free_list::list_of(size);
-        if (list < free_list::state.heads.size()) {
+        if (list < Into.heads.size()) {
             if (!memory) return;
-            free_list::block*& head = free_list::state.heads[list];
+            free_list::block*& head = Into.heads[list];
             head = ::new (memory) free_list::block{head};
             return;
         }
@@ -76,9 +83,10 @@ inline void free_pooled(void* memory, std::size_t size) noexcept {
 
 /// A base for classes whose objects come from the free lists.  A class that is deleted through a base needs a
 /// virtual destructor, as it does anyway: that is how its true size gets here.
+template <free_list::lists& Lists = free_list::state>
 struct pooled {
-    static void* operator new(std::size_t size) { return allocate_pooled(size); }
-    static void operator delete(void* memory, std::size_t size) noexcept { free_pooled(memory, size); }
+    static void* operator new(std::size_t size) { return allocate_pooled<Lists>(size); }
+    static void operator delete(void* memory, std::size_t size) noexcept { free_pooled<Lists>(memory, size); }
 };
 
 /// The same as an allocator, for the control blocks of shared pointers and the nodes of maps.

@@ -60,6 +60,16 @@ public:
         ++gap_;
     }
 
+    /// Moves an element; allocates nothing.
+    /// \param to  where it stands then; both below size()
+    void move(std::size_t from, std::size_t to) {
+        const auto first = room_.begin() + offset(gap_);
+        if (from < to)
+            std::rotate(first + offset(from), first + offset(from + 1), first + offset(to + 1));
+        else
+            std::rotate(first + offset(to), first + offset(from), first + offset(from + 1));
+    }
+
     void clear() {
         room_.clear();
         gap_ = 0;

@@ -5,6 +5,7 @@
 #include <kelm/types.h>
 
 #include <ctime>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct process_state {
     /// Objects whose name is being put together from references, which lead to further names; the innermost last.
     std::vector<const object*> names_in_making;
     document_state document;
+    /// Where the walk of a log that is under way keeps the first failure of telling (message/telling.h); null outside.
+    std::exception_ptr* failure_of_telling = nullptr;
     /// When the last line of the trace was written; 0 before the first.
     std::time_t last_log_time = 0;
     /// The models that stand, in the order of their making.

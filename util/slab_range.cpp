@@ -3,6 +3,7 @@
 #include "util/slab_range.h"
 
 #include "util/free_list.h"
+#include "util/huge_pages.h"
 
 #include <sys/mman.h>
 
@@ -33,6 +34,8 @@ bool reserve_for(std::size_t size) {
                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED) return false; // a limit on addresses: the general allocator serves
     range.begin = range.fresh = static_cast<std::byte*>(memory);
+    // Not for the first few: a small model stays small.
+    ask_for_huge_pages(range.begin + huge_page_size, reserved_bytes - huge_page_size);
     range.end = range.begin + reserved_bytes;
     range.slot_size = size;
     return true;

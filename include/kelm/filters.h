@@ -14,6 +14,8 @@ namespace kelm {
 class KELM_EXPORT filter {
 public:
     virtual ~filter() = default;
+    /// Decides about an object.  It may be asked in any order, and more than once.
+    ///
     /// \param candidate  borrowed; the filters below take no null
     /// \returns true for an object that is left out, false for one that passes
     virtual bool do_it(const object* candidate) const = 0;
@@ -44,6 +46,7 @@ private:
 class KELM_EXPORT or_filter : public filter {
 public:
     or_filter() = default;
+    /// Of two filters, which are borrowed.
     or_filter(filter* a, filter* b) : a_(a), b_(b) {}
     bool do_it(const object* candidate) const override;
 
@@ -56,6 +59,7 @@ private:
 class KELM_EXPORT and_filter : public filter {
 public:
     and_filter() = default;
+    /// Of two filters, which are borrowed.
     and_filter(filter* a, filter* b) : a_(a), b_(b) {}
     bool do_it(const object* candidate) const override;
 
@@ -68,6 +72,7 @@ private:
 class KELM_EXPORT not_filter : public filter {
 public:
     not_filter() = default;
+    /// Of a filter, which is borrowed.
     explicit not_filter(filter* a) : a_(a) {}
     bool do_it(const object* candidate) const override;
 
@@ -85,6 +90,7 @@ public:
     ///                 there has none derived from it
     explicit obj_filter_type(u32 type, bool derived = false);
     bool do_it(const object* candidate) const override;
+    /// \returns the type that passes; 0 for none
     u32 type() const { return type_; }
 
 private:
@@ -101,6 +107,7 @@ public:
     /// \param derived  as for obj_filter_type
     explicit obj_filter_types(std::vector<u32> types, bool derived = false);
     bool do_it(const object* candidate) const override;
+    /// \returns the types that pass, good as long as the filter
     const std::vector<u32>& types() const { return types_; }
 
 private:
@@ -112,6 +119,7 @@ private:
 /// Passes the objects of exactly one type that have a name, compared byte by byte.
 class KELM_EXPORT obj_filter_name_and_type : public filter {
 public:
+    /// \param name  empty: objects without a name pass
     obj_filter_name_and_type(u32 type, std::string name);
     bool do_it(const object* candidate) const override;
 
@@ -124,6 +132,7 @@ private:
 /// A zero byte ends a name here.
 class KELM_EXPORT obj_filter_name_and_type_no_case : public filter {
 public:
+    /// \param name  empty: objects without a name pass
     obj_filter_name_and_type_no_case(u32 type, std::string name);
     bool do_it(const object* candidate) const override;
 

@@ -12,11 +12,12 @@ namespace kelm {
 
 /// A globally unique id.  The sixteen bytes in memory are what a stream holds.
 struct GUID {
-    u32 Data1 = 0;
-    u16 Data2 = 0;
-    u16 Data3 = 0;
-    u8 Data4[8] = {};
+    u32 Data1 = 0;    ///< digits 1 to 8 of the text
+    u16 Data2 = 0;    ///< digits 9 to 12
+    u16 Data3 = 0;    ///< digits 13 to 16
+    u8 Data4[8] = {}; ///< digits 17 to 32, two a byte
 
+    /// \returns whether all sixteen bytes are equal
     friend KELM_EXPORT bool operator==(const GUID& a, const GUID& b);
 };
 static_assert(sizeof(GUID) == 16, "a stream holds the sixteen bytes as they stand");

@@ -41,14 +41,14 @@ struct KELM_EXPORT io_reference_manager {
     std::map<u32, std::vector<u32>*>
         inherits; ///< object id to the ids of its bases, in order; lists are owned
     std::map<u32, std::vector<u32>*> observers; ///< object id to the ids of its observers; lists are owned
-    std::vector<reference_record> references;
-    /// The newest begin of a transaction of each id, as far as the log has been read; borrowed.  Whoever reads a whole
-    /// log may supply it; with null, each end searches the messages read before it.
+    std::vector<reference_record> references;   ///< in the order of reading
+    /// The newest begin of a transaction of each id, as far as the log has been read; borrowed.  Whoever
+    /// reads a whole log may supply it; with null, each end searches the messages read before it.
     const std::map<u32, message*>* newest_begins = nullptr;
 };
 
-/// Fills the references that have a target in `in`, and links those of objects; links bases and observers.  What has no
-/// counterpart stays null, or is left out.  The records stay.
+/// Fills the references that have a target in `in`, and links those of objects; links bases and observers.
+/// What has no counterpart stays null, or is left out.  The records stay.
 /// \returns true
 KELM_EXPORT bool resolve_refs_post_read(model* in, io_reference_manager& references);
 

@@ -58,6 +58,7 @@ KELM_EXPORT std::vector<object*> remove_object_type(const std::vector<object*>& 
 KELM_EXPORT std::size_t contains_object_type(const std::vector<object*>& in, unsigned type);
 /// \returns the index of the first entry that is `what`; npos when there is none
 KELM_EXPORT std::size_t object_position(const std::vector<object*>& in, const object* what);
+/// \returns whether an entry is `what`
 KELM_EXPORT bool container_contains_object(const std::vector<object*>& in, const object* what);
 /// \returns the first object whose property is a reference to `target`; null when there is none.  The elements of a
 ///          list of references do not count.  A null `target` looks for a null reference.

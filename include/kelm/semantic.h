@@ -10,8 +10,13 @@
 
 namespace kelm {
 
-/// A hook.  Derive from the class of a kind below, supply id() and do_it(), and register a new one with
-/// meta_object::add_semantic, which owns it from then on.
+/// A hook.
+///
+/// Derive from the class of a kind below, supply id() and do_it(), and register a new one with
+/// meta_object::add_semantic, which owns it from then on.  docs/hooks.md tells when each kind runs.  From
+/// inside one, every object may be read and changed; the model cannot be closed.  What a hook throws passes
+/// through the operation that runs it: what was done until then stays, for the transaction's guard to take
+/// back.
 class KELM_EXPORT semantic {
 public:
     virtual ~semantic() = default;
@@ -30,8 +35,12 @@ protected:
 template <int Kind, class... Arguments>
 class semantic_of : public semantic {
 public:
-    static constexpr int kind = Kind;
+    static constexpr int kind = Kind; ///< the number of the kind
+    /// \returns that number
     int type() const final { return Kind; }
+    /// The hook itself.  Its arguments are borrowed for the call.
+    ///
+    /// \returns false to refuse: what that does is told with each operation
     virtual bool do_it(Arguments... arguments) = 0;
 };
 
@@ -39,12 +48,16 @@ public:
 // empty; "origin" is the object on which the operation was called, which differs when the hook runs on an
 // inheritor, and is null for a refresh.  Positions are those before the change.
 
+/// A value that a hook is told of: borrowed for the call.
 using given_value = const abstract_property&;
 
 /// (object, subject, message)
 class update_semantic : public semantic_of<0, object*, subject*, message*> {};
+/// (object)
 class obj_create_semantic : public semantic_of<1, object*> {};
+/// (object)
 class obj_delete_semantic : public semantic_of<2, object*> {};
+/// (object)
 class obj_pre_delete_semantic : public semantic_of<3, object*> {};
 /// (object, id)
 class pre_prop_get_semantic : public semantic_of<4, object*, u32> {};
@@ -101,7 +114,9 @@ class post_remove_child_semantic : public semantic_of<24, object*, object*> {};
 class pre_set_child_order_semantic : public semantic_of<25, object*, object*, std::size_t> {};
 /// (object, child, position, old position)
 class post_set_child_order_semantic : public semantic_of<26, object*, object*, std::size_t, std::size_t> {};
+/// (object)
 class pre_children_get_semantic : public semantic_of<27, object*> {};
+/// (object)
 class post_children_get_semantic : public semantic_of<28, object*> {};
 /// (object, base)
 class pre_add_inherits_from_semantic : public semantic_of<29, object*, object*> {};
@@ -130,12 +145,14 @@ class pre_set_owner_semantic : public semantic_of<39, object*, object*> {};
 class post_set_owner_semantic : public semantic_of<40, object*, object*, object*> {};
 /// (model, major version, minor version of what was read)
 class post_model_load_semantic : public semantic_of<41, kelm::model*, u32, u32> {};
+/// (model)
 class post_end_transaction_semantic : public semantic_of<42, kelm::model*> {};
-/// For the application alone: the library never calls it, so what an application derives from it says for itself which
-/// arguments its do_it() takes.
+/// For the application alone: the library never calls it, so what an application derives from it says for
+/// itself which arguments its do_it() takes.
 class validate_semantic : public semantic {
 public:
-    static constexpr int kind = 43;
+    static constexpr int kind = 43; ///< the number of the kind
+    /// \returns that number
     int type() const final { return kind; }
 };
 /// (major version, minor version of the stream)
@@ -144,13 +161,15 @@ class read_newer_model_semantic : public semantic_of<44, u32, u32> {};
 /// The kinds in the order of their numbers.
 template <class... Kinds>
 struct kind_list {
-    static constexpr int size = sizeof...(Kinds);
+    static constexpr int size = sizeof...(Kinds); ///< how many kinds there are
+    /// \returns whether each kind stands where its number says
     static constexpr bool in_order() {
         int at = 0;
         return ((Kinds::kind == at++) && ...);
     }
 };
 
+/// All kinds of hooks, 0 to 44.
 using all_semantics = kind_list<
     update_semantic, obj_create_semantic, obj_delete_semantic, obj_pre_delete_semantic, pre_prop_get_semantic,
     post_prop_get_semantic, post_prop_get_as_string_semantic, pre_prop_set_semantic, post_prop_set_semantic,

@@ -29,6 +29,7 @@ class object_sorter {
 public:
     /// \param which  borrowed: it must outlive this and all copies
     explicit object_sorter(sorter& which) : which_(&which) {}
+    /// \returns whether `a` comes before `b`
     bool operator()(const object* a, const object* b) const { return which_->do_it(a, b); }
 
 private:
@@ -43,6 +44,7 @@ private:
 template <class Derived, class Id = const object*>
 class KELM_EXPORT keyed_sorter : public sorter {
 public:
+    /// \returns whether the key of `a` comes before that of `b`
     bool do_it(const object* a, const object* b) const override;
     /// Forgets the keys.
     void clear() { cache_.clear(); }
@@ -109,7 +111,9 @@ public:
 /// Types by name.
 class KELM_EXPORT meta_object_name_sorter {
 public:
+    /// \param case_sensitive  false: letters compare as lower case
     explicit meta_object_name_sorter(bool case_sensitive) : case_sensitive_(case_sensitive) {}
+    /// \returns whether `a` comes before `b`
     bool operator()(const meta_object* a, const meta_object* b) const;
 
 private:
@@ -119,7 +123,9 @@ private:
 /// Properties by name.
 class KELM_EXPORT meta_property_name_sorter {
 public:
+    /// \param case_sensitive  false: letters compare as lower case
     explicit meta_property_name_sorter(bool case_sensitive) : case_sensitive_(case_sensitive) {}
+    /// \returns whether `a` comes before `b`
     bool operator()(const meta_property* a, const meta_property* b) const;
 
 private:
@@ -129,8 +135,11 @@ private:
 /// Compositions by name, or by alternative name.
 class KELM_EXPORT meta_composition_name_sorter {
 public:
+    /// \param case_sensitive        false: letters compare as lower case
+    /// \param use_alternative_name  compares alternative names instead
     meta_composition_name_sorter(bool case_sensitive, bool use_alternative_name)
         : case_sensitive_(case_sensitive), use_alternative_name_(use_alternative_name) {}
+    /// \returns whether `a` comes before `b`
     bool operator()(const meta_composition* a, const meta_composition* b) const;
 
 private:
@@ -142,8 +151,11 @@ private:
 /// A copy has a copy of the names: pass it to algorithms by std::ref.
 class KELM_EXPORT meta_obj_sort_name {
 public:
+    /// \param case_sensitive        false: letters compare as lower case
+    /// \param use_alternative_name  compares alternative names instead
     meta_obj_sort_name(bool case_sensitive, bool use_alternative_name)
         : case_sensitive_(case_sensitive), use_alternative_name_(use_alternative_name) {}
+    /// \returns whether `a` comes before `b`
     bool operator()(const meta_object* a, const meta_object* b) const;
     /// Forgets the names.
     void clear() { cache_.clear(); }

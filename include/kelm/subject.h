@@ -10,21 +10,30 @@
 
 namespace kelm {
 
-/// Something that tells others of its changes.
+/// Something that tells others of its changes.  Every object has such a side, and every message_history.
 class KELM_EXPORT subject {
 public:
     virtual ~subject() = default;
 
-    /// \returns false when `who` is attached already.  `who` is borrowed: detach it before it dies.
+    /// Has `who` told of changes from now on.
+    ///
+    /// \param who  borrowed: detach it before it dies
+    /// \returns false for null, and when it is attached already
     virtual bool attach(observer* who) = 0;
-    /// \returns false when `who` was not attached
+    /// Has `who` told of nothing more, also of what is being told at the moment.
+    ///
+    /// \returns false when it was not attached
     virtual bool detach(observer* who) = 0;
     /// \returns a copy of the list, ordered by address
     virtual std::vector<observer*> observers() const = 0;
+    /// \returns whether `who` is told of changes
     virtual bool is_attached(observer* who) const = 0;
     /// Tells every observer, synchronously, in the order of their addresses.  One that is detached meanwhile is
     /// passed over; one that is attached meanwhile hears only the next message.
+    ///
+    /// \param what  borrowed, and handed on as it is
     /// \returns false as soon as an observer answers false; those behind it are not told
+    /// \throws  what an observer throws; those behind it are not told
     virtual bool notify(message* what) = 0;
 
 protected:
@@ -37,6 +46,8 @@ protected:
 class KELM_EXPORT observer {
 public:
     virtual ~observer() = default;
+    /// Hears of a change.
+    ///
     /// \param from  the subject side of what changed
     /// \param what  borrowed, good during the call only; may be null where there is nothing to say but "changed"
     /// \returns false to end the notification; the mutation that is told of then ends with false as well
@@ -67,6 +78,8 @@ public:
     bool has_observers() const { return observers_ != nullptr; }
 
 private:
+    friend class object_impl;                           // ends links without a copy of the list
+    friend class meta_base;                             // the same
     std::unique_ptr<std::vector<observer*>> observers_; // null while nobody is attached
 };
 
@@ -85,6 +98,8 @@ public:
 
 private:
     friend class subject_impl;                        // keeps the two lists in step
+    friend class object_impl;                         // ends links without a copy of the list
+    friend class meta_base;                           // the same
     std::unique_ptr<std::vector<subject*>> subjects_; // null while attached to nothing
 };
 

@@ -12,10 +12,13 @@
 
 namespace kelm {
 
+/// @{
+/// A number without a sign, of that many bits.
 using u8 = std::uint8_t;
 using u16 = std::uint16_t;
 using u32 = std::uint32_t;
 using u64 = std::uint64_t;
+/// @}
 
 /// "Not there" as a position, and "no position" as an argument: the all-ones value.
 inline constexpr std::size_t npos = static_cast<std::size_t>(-1);

@@ -79,12 +79,34 @@ protected:
         on_paste.target = far(types::hooked, "present");
         rule(types::hooked, [](const paste_call&) { return paste_action::use_existing; });
     }
+    /// Has a hook of reads roll the level back that is open when the text of an object of the other model is first read.
+    void roll_back_at_first_read(int kind) {
+        was_read = false;
+        hooks.on(kind, [this](hook_call& call) {
+            if (call.at->model() == far_model && call.numbers[0] == props::text &&
+                far_model->in_transaction() && !std::exchange(was_read, true))
+                far_model->rollback_transaction();
+            return true;
+        });
+    }
+    /// Expects the paste to fail by such a hook, on its own and inside a transaction of the caller.
+    void expect_failures_by_reads(int kind) {
+        roll_back_at_first_read(kind);
+        expect_failure();
+        EXPECT_TRUE(std::exchange(was_read, false));
+        expect_failure_inside();
+        EXPECT_TRUE(was_read);
+        hooks.clear();
+    }
     /// Expects the paste to fail on its own and inside a transaction of the caller.
     void expect_failures() {
         expect_failure();
         expect_failure_inside();
         expect_failure();
     }
+
+private:
+    bool was_read = false;
 };
 
 TEST_F(closing_levels, while_telling_the_object_has_nothing_done_to_it) {
@@ -113,18 +135,7 @@ TEST_F(closing_levels, while_the_present_value_is_read_has_none_set) {
     use_present();
     for (const int kind : {pre_prop_get_semantic::kind, post_prop_get_semantic::kind}) {
         SCOPED_TRACE(kind);
-        bool was_asked = false;
-        hooks.on(kind, [&](hook_call& call) {
-            if (call.at->model() == far_model && call.numbers[0] == props::text &&
-                far_model->in_transaction() && !std::exchange(was_asked, true))
-                far_model->rollback_transaction();
-            return true;
-        });
-        expect_failure();
-        EXPECT_TRUE(std::exchange(was_asked, false));
-        expect_failure_inside();
-        EXPECT_TRUE(was_asked);
-        hooks.clear();
+        expect_failures_by_reads(kind);
     }
 }
 
@@ -136,17 +147,7 @@ TEST_F(closing_levels, while_an_extra_value_is_compared_has_none_set) {
     clip->add_extra_property(types::hooked, props::text);
     copy(b);
     use_present();
-    bool was_asked = false;
-    hooks.on<pre_prop_get_semantic>([&](hook_call& call) {
-        if (call.at->model() == far_model && call.numbers[0] == props::text && far_model->in_transaction() &&
-            !std::exchange(was_asked, true))
-            far_model->rollback_transaction();
-        return true;
-    });
-    expect_failure();
-    EXPECT_TRUE(std::exchange(was_asked, false));
-    expect_failure_inside();
-    EXPECT_TRUE(was_asked);
+    expect_failures_by_reads(pre_prop_get_semantic::kind);
 }
 
 TEST_F(closing_levels, during_a_creation_has_no_name_taken_away) {
@@ -156,15 +157,19 @@ TEST_F(closing_levels, during_a_creation_has_no_name_taken_away) {
     nameless->delete_property(props::name);
     end();
     copy(owner);
-    hooks.on<post_add_child_semantic>([&](hook_call&) {
-        far_model->rollback_transaction();
-        return true;
-    });
-    hooks.on<pre_prop_delete_semantic>([&](hook_call& call) {
-        ADD_FAILURE() << "a name is taken away from " << call.at->id();
-        return true;
-    });
-    expect_failures();
+    for (const int kind : {obj_create_semantic::kind, post_add_child_semantic::kind}) {
+        SCOPED_TRACE(kind);
+        hooks.on(kind, [&](hook_call&) {
+            far_model->rollback_transaction();
+            return true;
+        });
+        hooks.on<pre_prop_delete_semantic>([&](hook_call& call) {
+            ADD_FAILURE() << "a name is taken away from " << call.at->id();
+            return true;
+        });
+        expect_failures();
+        hooks.clear();
+    }
 }
 
 TEST_F(closing_levels, by_an_end_keeps_what_was_made_and_is_a_failure) {

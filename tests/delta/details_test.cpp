@@ -126,21 +126,6 @@ TEST_F(details, of_what_is_gone_are_named_by_an_inherited_name_as_well) {
     EXPECT_EQ(name_of(all->deleted_details().at(0)), "base");
 }
 
-// Two names do not share a buffer.
-TEST_F(details, names_stay_what_they_were) {
-    change([&] {
-        fw.delete_object(c);
-        fw.delete_object(d);
-    });
-    const auto all = model->delta_since(nullptr);
-    std::string first;
-    std::string second;
-    all->deleted_details().at(0)->name(first);
-    all->deleted_details().at(1)->name(second);
-    EXPECT_EQ(first, "d");
-    EXPECT_EQ(second, "c");
-}
-
 TEST_F(details, tell_the_changes_of_bases_as_they_were_at_the_first_call) {
     before([&] { c->add_inherits_from(d); });
     change([&] {
@@ -172,13 +157,6 @@ TEST_F(details, keep_that_no_base_had_changed) {
     EXPECT_TRUE(asked->inherits_changes().empty());
     change([&] { c->add_inherits_from(d); });
     EXPECT_TRUE(asked->inherits_changes().empty());
-}
-
-TEST_F(details, lists_are_copies) {
-    change([&] { c->set_property(props::text, text("x")); });
-    const auto all = model->delta_since(nullptr);
-    all->modified_details().clear();
-    EXPECT_EQ(all->modified_details().size(), 1u);
 }
 
 TEST_F(details, are_freed_with_their_delta) {

@@ -1,7 +1,8 @@
 // Asking a model for deltas: of which stretch, kept how long, and what there is in the middle of things.
 // What deltas tell is the business of the other tests here.
 #include "tests/delta/delta_world.h"
-#include "tests/random/read_model.h"
+
+#include "testing/read_model.h"
 
 #include <sstream>
 
@@ -273,10 +274,10 @@ TEST_F(doors, a_model_that_is_read_tells_what_was_written) {
     });
     const std::string all = told();
     const std::string last = last_told();
-    model->meta_model()->set_version(newest_version);
+    model->meta_model()->set_version(kelm::testing::newest_version);
     std::ostringstream out;
     ASSERT_TRUE(model->write(&out, true, 0, false, nullptr));
-    const read_model copy;
+    const kelm::testing::read_model copy;
     copy->begin_transaction("");
     copy->as_object()->set_property(props::definition, text("will be gone"));
     copy->end_transaction();

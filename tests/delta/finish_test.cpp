@@ -34,6 +34,23 @@ TEST_F(finished_deltas, tell_of_inheritors_at_any_depth_level_by_level) {
               "modified p\n  16: none -> 'own'\n");
 }
 
+// The order must not depend on where objects lie: an object takes the place in memory of one that has gone.
+TEST_F(finished_deltas, tell_of_inheritors_by_their_ids) {
+    object* low = thing("low");
+    object* high = thing("high");
+    if (std::less<>{}(high, low)) std::swap(low, high);
+    before([&] {
+        high->set_property(props::name, text("early"));
+        high->add_inherits_from(p);
+        fw.delete_object(low);
+    });
+    object* const late = inheritor("late", p);
+    EXPECT_GT(late->id(), high->id());
+    EXPECT_EQ(told_of([&] { set(p, "new"); }), "modified p\n  10: none -> 'new'\n"
+                                               "modified early\n  10: none -> 'new'\n"
+                                               "modified late\n  10: none -> 'new'\n");
+}
+
 TEST_F(finished_deltas, leave_out_inheritors_that_saw_nothing) {
     object* const a = inheritor("a", p);
     object* const b = inheritor("b", a);

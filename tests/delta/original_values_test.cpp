@@ -319,11 +319,14 @@ TEST_F(original_values, are_not_copied_but_for_lists) {
 // A hook of a base makes a value for each read; it is freed on every way out.
 TEST_F(original_values, that_a_hook_makes_are_freed) {
     object* const h = hooked("h");
-    hooks.on<post_prop_get_semantic>([&](hook_call& call) {
-        if (call.at == h && call.numbers.at(0) == props::real && !*call.replaceable)
-            *call.replaceable = new counted_value(1);
-        return true;
-    });
+    const auto supply = [&] {
+        hooks.on<post_prop_get_semantic>([h](hook_call& call) {
+            if (call.at == h && call.numbers.at(0) == props::real && !*call.replaceable)
+                *call.replaceable = new counted_value(1);
+            return true;
+        });
+    };
+    supply();
     before([&] {
         p->add_inherits_from(h);
         a->add_inherits_from(p);
@@ -335,11 +338,7 @@ TEST_F(original_values, that_a_hook_makes_are_freed) {
     kept.reset();
     hooks.clear();
     // Asked by way of a base that went: what is passed up must be freed as well.
-    hooks.on<post_prop_get_semantic>([&](hook_call& call) {
-        if (call.at == h && call.numbers.at(0) == props::real && !*call.replaceable)
-            *call.replaceable = new counted_value(1);
-        return true;
-    });
+    supply();
     const long without = counted_value::alive;
     after([&] { fw.delete_object(p); });
     EXPECT_EQ(had(props::real), "counted 1");

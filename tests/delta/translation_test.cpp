@@ -64,7 +64,6 @@ TEST_F(translations, of_a_value) {
     change([&] { a->set_property(props::text, counted_value{2}); });
     (void)start();
     const long alive = counted_value::alive;
-    const abstract_property* in_message = nullptr;
     {
         translator same;
         const value_ptr used = start().original_property(props::text, &same);
@@ -73,7 +72,6 @@ TEST_F(translations, of_a_value) {
         EXPECT_EQ(same.detail, &start());
         EXPECT_EQ(used.get(), same.given_value) << "taken as it is";
         EXPECT_EQ(counted_value::alive, alive + 1) << "a clone";
-        in_message = used.get();
     }
     EXPECT_EQ(counted_value::alive, alive);
     {
@@ -89,7 +87,6 @@ TEST_F(translations, of_a_value) {
         EXPECT_FALSE(start().original_property(props::text, &none));
         EXPECT_EQ(counted_value::alive, alive);
     }
-    EXPECT_NE(in_message, nullptr);
     EXPECT_EQ(as_text(start().original_property(props::text, nullptr)), "counted 1");
 }
 
@@ -114,10 +111,13 @@ TEST_F(translations, of_no_value) {
 TEST_F(translations, of_a_value_that_a_hook_made) {
     object* const h = hooked("h");
     const abstract_property* made = nullptr;
-    hooks.on<post_prop_get_semantic>([&](hook_call& call) {
-        if (call.numbers.at(0) == props::real) made = *call.replaceable = new counted_value(1);
-        return true;
-    });
+    const auto supply = [&](int value) {
+        hooks.on<post_prop_get_semantic>([&made, value](hook_call& call) {
+            if (call.numbers.at(0) == props::real) made = *call.replaceable = new counted_value(value);
+            return true;
+        });
+    };
+    supply(1);
     before([&] { a->add_inherits_from(h); });
     change([&] {
         a->set_property(props::real, number(1));
@@ -134,10 +134,7 @@ TEST_F(translations, of_a_value_that_a_hook_made) {
         a->set_property_not_inheritable(props::real, true);
     });
     (void)start();
-    hooks.on<post_prop_get_semantic>([&](hook_call& call) {
-        if (call.numbers.at(0) == props::real) made = *call.replaceable = new counted_value(2);
-        return true;
-    });
+    supply(2);
     const long alive = counted_value::alive;
     translator same;
     EXPECT_EQ(as_text(start().original_property(props::real, &same)), "counted 2");
@@ -241,6 +238,24 @@ TEST_F(translations, a_target_that_is_not_told_has_the_name_of_the_start_as_well
         a->delete_property(props::reference);
     });
     EXPECT_EQ(shown(props::reference), "<unknown name>");
+}
+
+// Ids are those of one model: an object elsewhere may have that of one which is told here.
+TEST_F(translations, a_target_in_another_model_has_its_own_name) {
+    object* const elsewhere = fw.create_object(type_id::model, nullptr);
+    object* foreign = nullptr;
+    while (!foreign || foreign->id() != b->id()) foreign = fw.create_object(types::thing, elsewhere);
+    foreign->set_property(props::name, text("foreign"));
+    before([&] { a->set_property(props::reference, reference(foreign)); });
+    change([&] {
+        b->set_property(props::name, text("renamed"));
+        a->delete_property(props::reference);
+    });
+    EXPECT_EQ(shown(props::reference), "foreign");
+    kept.reset();
+    model->clear_history();
+    fw.delete_object(elsewhere);
+    fw.set_in_semantic(false);
 }
 
 TEST_F(translations, a_new_target_has_its_present_name) {

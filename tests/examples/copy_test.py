@@ -216,7 +216,7 @@ class Copy(schema_tool.ToolTest):
                 (("copy", missing, "sale", "--to", self.empty), f'there is no file "{missing}"'),
                 (("paste", missing, self.empty), f'there is no file "{missing}"'),
                 (("copy", self.shop, "sale"),
-                 "--to or --to-clipboard is required; kelm-schema --help tells more"),
+                 "--to or --to-clipboard is required; kelm-schema copy --help tells more"),
                 (("copy", self.shop, "sale", "--to", self.empty, "--time", "now"),
                  'the time "now" is not of the form 2026-11-21T10:00:00Z')):
             with self.subTest(arguments[1:]):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The session that docs/kelm-schema.md shows, typed again: each command prints what the page says.
+"""The sessions that docs/kelm-schema.md shows, typed again: each command prints what the page says.
 
     session_test.py KELM_SCHEMA
 

@@ -199,33 +199,41 @@ TEST_F(create_object, keeps_the_mark_set_when_an_observer_refuses_the_new_child)
     EXPECT_EQ(root->child_position(left), 0u);
 }
 
-TEST_F(create_object, a_hook_that_rolls_back_and_agrees_revives_nothing) {
-    hooks.on<post_add_child_semantic>([&](hook_call&) {
-        model->rollback_transaction_all();
-        return true;
-    });
+TEST_F(create_object, what_a_hook_rolls_back_and_agrees_to_stays_deleted_and_comes_to_no_owner) {
+    const struct {
+        const char* why;
+        int kind; ///< of the hook that rolls back
+        u32 type;
+    } rows[] = {
+        {"the owner's, behind the addition", post_add_child_semantic::kind, types::thing},
+        {"its own", obj_create_semantic::kind, types::hooked},
+    };
+    const struct {
+        const char* why;
+        void (kelm::model::*roll_back)();
+    } roads[] = {
+        {"the level", &kelm::model::rollback_transaction},
+        {"all levels", &kelm::model::rollback_transaction_all},
+    };
     object* const owner = hooked("owner");
-    begin();
-    object* const made = fw.create_object(types::thing, owner);
-    ASSERT_TRUE(made);
-    EXPECT_EQ(made->state(), state::deleted);
-    EXPECT_EQ(model->find_object(made->id()), nullptr);
-    EXPECT_FALSE(owner->has_children());
-}
-
-TEST_F(create_object, what_its_own_hook_rolls_back_comes_to_no_owner) {
-    hooks.on<obj_create_semantic>([&](hook_call&) {
-        model->rollback_transaction();
-        return true;
-    });
-    object* const owner = thing("owner");
-    begin();
-    object* const made = fw.create_object(types::hooked, owner);
-    ASSERT_TRUE(made);
-    EXPECT_EQ(made->state(), state::deleted);
-    EXPECT_FALSE(owner->has_children());
-    EXPECT_EQ(model->message_count(), 0u) << message_types();
-    EXPECT_EQ(broken_links(*model), "");
+    for (const auto& row : rows) {
+        for (const auto& road : roads) {
+            SCOPED_TRACE(std::string(row.why) + ", " + road.why);
+            hooks.on(row.kind, [&](hook_call&) {
+                (model->*road.roll_back)();
+                return true;
+            });
+            begin();
+            object* const made = fw.create_object(row.type, owner);
+            hooks.clear();
+            ASSERT_TRUE(made);
+            EXPECT_EQ(made->state(), state::deleted);
+            EXPECT_EQ(model->find_object(made->id()), nullptr);
+            EXPECT_FALSE(owner->has_children());
+            EXPECT_EQ(model->message_count(), 0u) << message_types();
+            EXPECT_EQ(broken_links(*model), "");
+        }
+    }
 }
 
 TEST_F(create_object, children_that_hooks_give_a_new_model_stay_and_are_forgotten) {

@@ -7,11 +7,26 @@ function(run)
     endif()
 endfunction()
 
+# The program runs where it was put, and its pages lie where man and the shells look for them.
+function(try_tool prefix)
+    run(${prefix}/bin/kelm-schema --version)
+    foreach(page IN ITEMS man/man1/kelm-schema.1 bash-completion/completions/kelm-schema
+            zsh/site-functions/_kelm-schema fish/vendor_completions.d/kelm-schema.fish)
+        file(READ ${prefix}/share/${page} content)
+        if(NOT content MATCHES "kelm")
+            message(FATAL_ERROR "nothing about kelm in ${page}")
+        endif()
+    endforeach()
+endfunction()
+
 file(REMOVE_RECURSE ${scratch})
 file(MAKE_DIRECTORY ${scratch})
 
 if(install)
     run(${CMAKE_COMMAND} --install ${build} --prefix ${scratch}/prefix)
+    if(with_tool)
+        try_tool(${scratch}/prefix)
+    endif()
     set(where -D CMAKE_PREFIX_PATH=${scratch}/prefix -D expected_prefix=${scratch}/prefix)
 else()
     set(where -D kelm_DIR=${build} -D expected_prefix=${build})
@@ -24,6 +39,7 @@ run(${CMAKE_COMMAND} -S ${outside} -B ${scratch}/build -G ${generator}
     ${where})
 run(${CMAKE_COMMAND} --build ${scratch}/build)
 run(${scratch}/build/outside)
+run(${scratch}/build/outside_laws)
 
 # The same program by what pkg-config tells of the install.
 if(pkg_config)

@@ -332,6 +332,10 @@ TEST_F(user_defined_properties, the_framework_reads_definitions) {
     ASSERT_TRUE(set(table, property_id::udp_object_types, *ids({table_type})));
     EXPECT_TRUE(all.is_object_type_of_udp(table, table_type)) << "what has the list, whatever its type";
     EXPECT_FALSE(all.is_object_type_of_udp(table, column_type));
+    vector_property words;
+    words.elements = {text("41001").clone(), nullptr};
+    ASSERT_TRUE(set(table, property_id::udp_object_types, words));
+    EXPECT_FALSE(all.is_object_type_of_udp(table, 0)) << "no number";
     ASSERT_TRUE(set(table, property_id::udp_object_types, text("41001")));
     EXPECT_FALSE(all.is_object_type_of_udp(table, table_type)) << "no list";
     ASSERT_TRUE(set(table, property_id::udp_id, property<int>(4711)));

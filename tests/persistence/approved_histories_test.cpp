@@ -285,7 +285,7 @@ const history_row histories[] = {
   children 2 3 4
 2 type 100 state 0 owner 1
   1 = 'watched'
-  observer 4
+  observers 4
 3 type 100 state 0 owner 1
   1 = 'first'
 4 type 100 state 0 owner 1

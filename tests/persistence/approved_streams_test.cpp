@@ -103,9 +103,7 @@ const tree_row trees[] = {
 3 type 100 state 0 owner 1
   1 = 'heir'
   bases 2
-  not inheritable 10
-  not inheritable 12
-  not inheritable 15
+  not inheritable 10 12 15
 )",
      nullptr},
     {"observers", "an observer may come before or behind what it observes", R"(
@@ -113,12 +111,11 @@ const tree_row trees[] = {
   children 2 3
 2 type 100 state 0 owner 1
   1 = 'watched'
-  observer 3
-  observer 4
+  observers 3 4
 3 type 100 state 0 owner 1
   children 4
   1 = 'both'
-  observer 4
+  observers 4
 4 type 101 state 0 owner 3
   1 = 'watching'
 )",
@@ -182,7 +179,7 @@ const tree_row trees[] = {
   14 = [#null|#3|]
   4711 = 'lost'
   bases 3
-  observer 3
+  observers 3
 3 type 100 state 0 owner 1
   1 = 'b'
   bases 4

@@ -4,12 +4,12 @@
 #include "tests/persistence/hostile_world.h"
 #include "tests/support/dom_document.h"
 #include "tests/support/full_buffer.h"
+#include "tests/support/throwing_buffer.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,26 +17,6 @@ namespace kelm::test {
 namespace {
 
 constexpr auto every_failure = std::ios::failbit | std::ios::badbit | std::ios::eofbit;
-
-/// What buffers and handlers below throw: nothing that a stream throws itself.
-struct out_of_order : std::runtime_error {
-    using runtime_error::runtime_error;
-};
-
-/// Gives the bytes of a text, takes as many, and throws.
-class throwing_buffer final : public std::streambuf {
-public:
-    explicit throwing_buffer(std::string bytes) : bytes_(std::move(bytes)) {
-        setg(bytes_.data(), bytes_.data(), bytes_.data() + bytes_.size());
-        setp(bytes_.data(), bytes_.data() + bytes_.size());
-    }
-
-private:
-    int_type overflow(int_type) override { throw out_of_order{"disk"}; }
-    int_type underflow() override { throw out_of_order{"disk"}; }
-
-    std::string bytes_;
-};
 
 class throwing_handler final : public qdxml {
     owned<qdxml*> clone() const override { return new throwing_handler; }

@@ -1,6 +1,6 @@
 // The law of copy and paste: a snapshot of all objects below the root, pasted into an empty twin, is the same graph up to
 // ids; undo leads back to the empty twin, redo to the graph; and nothing happens to the source.
-// The histories are made by random_edits.cpp.
+// The histories are made by the law kit.
 //
 // Left out by design:
 // - a top object of a type that the model may not own stays behind, with everything below it;
@@ -8,9 +8,10 @@
 // - a value that is inherited when its object is made is not stored; a base, or a reference of one, that had to wait may
 //   give another one later;
 // - a base that comes behind its heir stands behind those that came before.
-#include "tests/random/random_edits.h"
-#include "tests/random/read_model.h"
-#include "tests/support/consistency.h"
+#include "tests/random/random_histories.h"
+#include "tests/support/world.h"
+
+#include "testing/read_model.h"
 
 #include <kelm/copier.h>
 
@@ -22,6 +23,8 @@
 namespace kelm::test {
 
 namespace {
+
+using kelm::testing::player;
 
 /// Puts the objects of a source and of its twin side by side, and compares each pair.
 class pairing {
@@ -118,7 +121,7 @@ private:
         return false;
     }
     void differ(const char* what, const object* at = nullptr) {
-        difference_ += std::string(what) + (at ? " of " + name_of(at) : "") + " differ\n";
+        difference_ += std::string(what) + (at ? " of " + kelm::testing::code_of(at) : "") + " differ\n";
     }
 
     std::map<const object*, object*> twin_of_;
@@ -133,43 +136,70 @@ std::vector<object*> tree_below(const object& top) {
     return all;
 }
 
+class copy_law final : public kelm::testing::companion {
+public:
+    explicit copy_law(u64 seed) : numbers_(seed) {}
+
+    void finished(player& at) override {
+        hook_program::instance().clear();
+        root_ = &at.root();
+        const std::string before = at.state();
+        shared_ptr<copier> clip = framework::instance().create_copier(&at.model());
+        std::vector<object*> tops = fill(*clip);
+        if (numbers_.one_in(2)) {
+            std::stringstream bytes;
+            clip->write(bytes);
+            clip = framework::instance().create_copier(&at.model());
+            if (!clip->read(bytes)) tell(at, "a snapshot that was written can be read");
+        }
+        const kelm::testing::read_model twin;
+        const meta_object* const type = twin->meta_model()->find_meta_object(type_id::model);
+        std::erase_if(tops, [&](const object* each) { return !type->has_composition(each->type()); });
+        check_paste(at, *clip, tops, *twin);
+        if (const std::string now = at.state(); now != before)
+            tell(at, "copying changes nothing", kelm::testing::difference_of(before, now));
+    }
+
+private:
+    static void tell(player& at, const char* what, const std::string& difference = {}) {
+        at.fail(kelm::testing::law::own, what, difference);
+    }
+
+    /// \returns the top objects of what was copied, in the order of copying
+    std::vector<object*> fill(copier& clip) {
+        std::vector<object*> tops;
+        const auto copy = [&](object* what) {
+            if (clip.copy_object(what, true) && what->owner() == root_) tops.push_back(what);
+        };
+        const std::vector<object*> all = tree_below(*root_);
+        for (std::size_t i = 0; i < all.size(); i += 3) copy(all[numbers_.below(all.size())]);
+        for (object* each : root_->children()) copy(each);
+        return tops;
+    }
+
+    static void check_paste(player& at, copier& clip, const std::vector<object*>& tops, kelm::model& twin) {
+        object* const twin_root = twin.as_object();
+        const std::string empty = kelm::testing::text_of(twin);
+        std::vector<object*> pasted;
+        if (!clip.paste(&twin, {nullptr, twin_root}, &pasted)) tell(at, "a paste succeeds");
+        if (pasted.size() != tops.size()) tell(at, "what is pasted is told");
+        if (const std::string wrong = pairing{}.difference(tops, *twin_root); !wrong.empty())
+            tell(at, "a copy is the same up to ids", wrong + at.state() + kelm::testing::text_of(twin));
+        if (const std::string wrong = kelm::testing::broken_links(twin); !wrong.empty())
+            tell(at, "links of a copy equal what is stored", wrong);
+        const std::string made = kelm::testing::text_of(twin);
+        twin.undo();
+        if (kelm::testing::text_of(twin) != empty) tell(at, "undo of a paste leads back");
+        twin.redo();
+        if (!tops.empty() && kelm::testing::text_of(twin) != made) tell(at, "redo of a paste leads to it");
+    }
+
+    kelm::testing::random_numbers numbers_;
+    const object* root_ = nullptr;
+};
+
 } // namespace
 
-void random_run::check_copied() {
-    hook_program::instance().clear();
-    counted_value::enter();
-    const std::string before = state();
-    shared_ptr<copier> clip = framework::instance().create_copier(model_);
-    std::vector<object*> tops;
-    const auto copy = [&](object* what) {
-        if (clip->copy_object(what, true) && what->owner() == root_) tops.push_back(what);
-    };
-    const std::vector<object*> all = tree_below(*root_);
-    for (std::size_t i = 0; i < all.size(); i += 3) copy(all[numbers_.below(all.size())]);
-    for (object* each : root_->children()) copy(each);
-    if (one_in(2)) {
-        std::stringstream bytes;
-        clip->write(bytes);
-        clip = framework::instance().create_copier(model_);
-        if (!clip->read(bytes)) failure_ = "broken: what was written can be read";
-    }
-    const read_model twin;
-    object* const twin_root = twin->as_object();
-    const std::string empty = dump_of(*twin);
-    const meta_object* const type = twin->meta_model()->find_meta_object(type_id::model);
-    std::erase_if(tops, [&](const object* each) { return !type->has_composition(each->type()); });
-    std::vector<object*> pasted;
-    if (!clip->paste(&*twin, {nullptr, twin_root}, &pasted)) failure_ = "broken: a paste succeeds\n";
-    if (pasted.size() != tops.size()) failure_ += "broken: what is pasted is told\n";
-    if (const std::string wrong = pairing{}.difference(tops, *twin_root); !wrong.empty())
-        failure_ += "broken: a copy is the same up to ids\n" + wrong + dump_of(*model_) + dump_of(*twin);
-    failure_ += broken_links(*twin);
-    const std::string made = dump_of(*twin);
-    twin->undo();
-    if (dump_of(*twin) != empty) failure_ += "broken: undo of a paste leads back\n";
-    twin->redo();
-    if (!tops.empty() && dump_of(*twin) != made) failure_ += "broken: redo of a paste leads to it\n";
-    check("copying changes nothing", before);
-}
+std::unique_ptr<kelm::testing::companion> make_copy_law(u64 seed) { return std::make_unique<copy_law>(seed); }
 
 } // namespace kelm::test

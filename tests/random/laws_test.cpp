@@ -1,7 +1,10 @@
 // Laws that hold in every history: undo and redo lead through the same states, a rollback leads to the moment before,
 // back-lists equal what is stored, every value is freed once.
 // KELM_RANDOM_RUNS sets how many histories are played, KELM_RANDOM_SEED the first seed.
-#include "tests/random/random_edits.h"
+#include "tests/random/random_histories.h"
+#include "tests/support/world.h"
+
+#include "testing/law_companions.h"
 
 #include <gmock/gmock.h>
 
@@ -24,8 +27,8 @@ void hold_laws(history_mix mix) {
     std::cout << "[ seeds    ] " << first << " to " << first + runs - 1 << '\n';
     for (u64 seed = first; seed != first + runs; ++seed) {
         const std::size_t steps = 10 + seed % 60;
-        if (play(seed, steps, mix).empty()) continue;
-        FAIL() << cut(seed, steps, mix);
+        if (play(seed, steps, mix).holds()) continue;
+        FAIL() << broken_law(seed, steps, mix);
     }
 }
 
@@ -60,11 +63,12 @@ TEST(laws, of_repetition_hold_in_all_histories) {
                                   {.bases = true, .definitions = true, .repeated = true}})
         for (u64 seed = first; seed != first + runs; ++seed) {
             const std::size_t steps = 10 + seed % 60;
-            const played_history once = play_for_bytes(seed, steps, mix);
-            const played_history again = play_for_bytes(seed, steps, mix);
+            const told_history once = play_for_bytes(seed, steps, mix);
+            const told_history again = play_for_bytes(seed, steps, mix);
             ASSERT_EQ(once.steps, again.steps) << "seed " << seed;
-            ASSERT_TRUE(once.bytes == again.bytes) << "seed " << seed << '\n'
-                                                   << first_difference(once.bytes, again.bytes) << once.steps;
+            ASSERT_TRUE(once.bytes == again.bytes)
+                << "seed " << seed << '\n'
+                << kelm::testing::difference_of_bytes(once.bytes, again.bytes) << once.steps;
             for (const char each : once.bytes)
                 digest = (digest ^ static_cast<unsigned char>(each)) * 1099511628211U;
         }
@@ -83,14 +87,9 @@ TEST(laws, of_replay_hold_where_hooks_answer_by_what_they_see) {
 }
 
 TEST(laws, of_replay_are_held_against_most_histories) {
-    int replayed = 0;
-    for (u64 seed = 1; seed != 101; ++seed) {
-        random_run run{seed, {.bases = true, .replayed = true}};
-        for (int i = 0; i != 20; ++i) run.step();
-        run.finish();
-        replayed += run.was_replayed();
-    }
-    EXPECT_GT(replayed, 50);
+    const std::size_t before = replayed_histories();
+    for (u64 seed = 1; seed != 101; ++seed) play(seed, 20, {.bases = true, .replayed = true});
+    EXPECT_GT(replayed_histories() - before, 50U);
 }
 
 // A copy is the same graph.  Where it is not by design, see copy_laws.cpp.
@@ -99,13 +98,13 @@ TEST(laws, of_copies_hold_for_what_histories_of_values_and_trees_make) { hold_la
 
 TEST(laws, of_copies_hold_for_what_histories_with_bases_make) { hold_laws({.bases = true, .copied = true}); }
 
-// A delta is the difference between then and now.  Where it is something else by design, see delta_laws.cpp.
+// A delta is the difference between then and now.  Where it is something else by design, see testing/delta_law.cpp.
 
 TEST(laws, of_deltas_hold_in_histories_of_values_and_trees) { hold_laws({.summed = true}); }
 
 TEST(laws, of_deltas_hold_in_histories_with_bases) { hold_laws({.bases = true, .summed = true}); }
 
-// What is heard of a model equals what is there.  Where messages cannot tell, see `shadow_model` and `random_run`.
+// What is heard of a model equals what is there.  Where messages cannot tell, see `shadow_model` and `law`.
 
 TEST(laws, of_what_is_heard_hold_in_histories_of_values_and_trees) { hold_laws({.shadowed = true}); }
 
@@ -138,7 +137,7 @@ TEST(laws, of_what_is_heard_find_what_was_not_heard) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         object* const root = framework::instance().create_object(type_id::model, nullptr);
-        shadow_model shadow;
+        kelm::testing::shadow_model shadow;
         shadow.listen_to(*root);
         root->model()->begin_transaction("");
         object* const what = framework::instance().create_object(types::thing, root);
@@ -149,7 +148,7 @@ TEST(laws, of_what_is_heard_find_what_was_not_heard) {
         EXPECT_EQ(shadow.difference_from(*root->model()), "");
         for (object* each : {root, what, other}) each->detach(&shadow);
         row.change(*what, *other);
-        EXPECT_THAT(shadow.difference_from(*root->model()), testing::HasSubstr(row.why));
+        EXPECT_THAT(shadow.difference_from(*root->model()), ::testing::HasSubstr(row.why));
         root->model()->rollback_transaction_all();
         framework::instance().delete_object(root);
         framework::instance().set_in_semantic(false);
@@ -160,14 +159,12 @@ TEST(laws, of_what_is_heard_find_what_was_not_heard) {
 TEST(laws, are_held_against_histories_in_which_something_happens) {
     std::string all;
     for (u64 seed = 1; seed != 100; ++seed) {
-        random_run run{seed, {.bases = true, .definitions = true}};
-        for (int i = 0; i != 60; ++i) run.step();
-        run.finish();
-        EXPECT_EQ(run.failure(), "");
-        for (const std::string& each : run.steps()) all += each + "\n";
+        const auto played = play(seed, 60, {.bases = true, .definitions = true}, true);
+        EXPECT_EQ(played.broken.what, "");
+        for (const std::string& each : played.lines) all += each + "\n";
     }
-    for (const char* const step : {"model->undo()",
-                                   "model->redo()",
+    for (const char* const step : {"model.undo()",
+                                   "model.redo()",
                                    "rollback_transaction()",
                                    "rollback_transaction_all()",
                                    "refuses",
@@ -199,8 +196,8 @@ TEST(laws, are_held_against_histories_in_which_something_happens) {
                                    "attach(",
                                    "refresh_property",
                                    "set_undo_levels",
-                                   "list(reference(",
-                                   "reference(nullptr)"}) {
+                                   "list(kelm::property<kelm::object*>{o(",
+                                   "object*>{nullptr}"}) {
         SCOPED_TRACE(step);
         EXPECT_NE(all.find(step), std::string::npos);
     }

@@ -7,6 +7,7 @@
 #include <kelm/framework.h>
 #include <kelm/property.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,8 @@ public:
     }
     std::string to_string() const override { return "counted " + std::to_string(value_); }
     void to_string(std::string& out) const override { out = to_string(); }
-    void from_string(const std::string&) override {}
+    /// Reads the number alone.
+    void from_string(const std::string& text) override { value_ = std::atoi(text.c_str()); }
     void write(std::ostream& out) const override { put_u32(out, static_cast<u32>(value_)); }
     void read(std::istream& in, std::vector<reference_record>&, object*) override {
         value_ = static_cast<int>(get_u32(in));

@@ -1,12 +1,17 @@
-// The shared types, the model of a test, and the canonical text of a model.
+// The shared types and the model of a test.
 // Everything goes through the public interface.
 #include "tests/support/world.h"
+#include "tests/support/consistency.h"
 #include "tests/support/linked_type.h"
 #include "tests/support/summed_type.h"
 #include "tests/support/udp_types.h"
 
-#include <algorithm>
-#include <sstream>
+#include "testing/canonical_text.h"
+#include "testing/links.h"
+
+#include <kelm/testing/laws.h>
+
+#include <stdexcept>
 
 namespace kelm::test {
 
@@ -57,37 +62,6 @@ public:
     }
 };
 
-void append_ids(std::ostream& out, const char* what, const std::vector<object*>& objects) {
-    if (objects.empty()) return;
-    out << "  " << what;
-    for (const object* each : objects) out << ' ' << (each ? static_cast<long>(each->id()) : -1L);
-    out << '\n';
-}
-
-void dump_object(std::ostream& out, object& of) {
-    out << of.id() << " type " << of.type() << " state " << of.state() << " owner "
-        << (of.owner() ? static_cast<long>(of.owner()->id()) : -1L) << '\n';
-    append_ids(out, "children", of.children());
-    value_map own;
-    of.own_properties(own);
-    for (const auto& [id, value] : own) out << "  " << id << " = " << dump_text(value.get()) << '\n';
-    append_ids(out, "bases", of.inherits_from_list(0));
-    const auto sorted = [](std::vector<object*> list) {
-        std::ranges::sort(list, {}, [](const object* each) { return each->id(); });
-        return list;
-    };
-    append_ids(out, "inheritors", sorted(of.inheritors()));
-    append_ids(out, "referencing", sorted(of.referencing_objects()));
-    std::vector<u32> marks = of.not_inheritable_properties();
-    std::ranges::sort(marks);
-    for (const u32 id : marks) out << "  not inheritable " << id << '\n';
-    std::vector<u32> observers; // their list is in the order of addresses, which differs from model to model
-    for (observer* who : of.observers())
-        if (const auto* const watching = dynamic_cast<object*>(who)) observers.push_back(watching->id());
-    std::ranges::sort(observers);
-    for (const u32 id : observers) out << "  observer " << id << '\n';
-}
-
 } // namespace
 
 framework& started_framework() {
@@ -104,24 +78,10 @@ std::string names_of(const std::vector<object*>& objects) {
     return names;
 }
 
-std::string dump_text(const abstract_property* value) {
-    if (const auto* const reference = dynamic_cast<const property<object*>*>(value))
-        return reference->value ? "#" + std::to_string(reference->value->id()) : "#null";
-    if (const auto* const list = dynamic_cast<const vector_property*>(value)) {
-        std::string text = "[";
-        for (const abstract_property* each : list->elements) text += dump_text(each) + "|";
-        return text + "]";
-    }
-    return value ? "'" + value->to_string() + "'" : "null";
-}
-
-std::string dump_of(kelm::model& of) {
-    std::ostringstream out;
-    std::vector<u32> ids;
-    of.object_ids(ids);
-    for (const u32 id : ids) dump_object(out, *of.find_object(id));
-    return out.str();
-}
+std::string dump_text(const abstract_property* value) { return kelm::testing::value_text(value); }
+std::string dump_of(kelm::model& of) { return kelm::testing::stored_text_of(of); }
+std::string broken_links(kelm::model& of) { return kelm::testing::broken_links(of); }
+std::string broken_links_of_hostile(kelm::model& of) { return kelm::testing::broken_links_of_hostile(of); }
 
 world::world()
     : fw(started_framework()),

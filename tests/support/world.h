@@ -54,7 +54,7 @@ std::string as_text(const value_ptr& value);
 std::string names_of(const std::vector<object*>& objects);
 
 /// A fresh model, closed behind the test.
-class world : public testing::Test {
+class world : public ::testing::Test {
 protected:
     world();
     ~world() override;

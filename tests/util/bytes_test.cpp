@@ -8,6 +8,9 @@
 #include <functional>
 #include <list>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace kelm {
 namespace {
@@ -64,6 +67,62 @@ TEST(bytes, what_was_written_is_read_back) {
     EXPECT_EQ(get_string(stream), "text");
     EXPECT_FALSE(get_bool(stream));
     EXPECT_TRUE(stream.good());
+}
+
+/// A buffer of a few bytes, which hands on what it holds whenever it is full, and fetches as few at a time.
+class small_buffer final : public std::streambuf {
+public:
+    explicit small_buffer(std::size_t size, std::string content = {})
+        : room_(size), content_(std::move(content)) {
+        setp(room_.data(), room_.data() + size);
+    }
+    std::string written() const { return content_ + std::string(pbase(), pptr()); }
+
+private:
+    int_type overflow(int_type byte) override {
+        content_ = written();
+        setp(room_.data(), room_.data() + room_.size());
+        return sputc(traits_type::to_char_type(byte));
+    }
+    int_type underflow() override {
+        const std::string next = content_.substr(read_, room_.size());
+        if (next.empty()) return traits_type::eof();
+        read_ += next.size();
+        std::copy(next.begin(), next.end(), room_.begin());
+        setg(room_.data(), room_.data(), room_.data() + next.size());
+        return traits_type::to_int_type(next.front());
+    }
+
+    std::vector<char> room_;
+    std::string content_;
+    std::size_t read_ = 0;
+};
+
+TEST(bytes, numbers_may_lie_across_the_borders_of_any_buffer) {
+    for (std::size_t size = 1; size != 12; ++size) {
+        SCOPED_TRACE(size);
+        std::ostringstream whole;
+        small_buffer pieces{size};
+        std::ostream out{&pieces};
+        for (u32 i = 0; i != 20; ++i)
+            for (std::ostream* each : {static_cast<std::ostream*>(&whole), &out}) {
+                put_u32(*each, i * 0x01020304U);
+                if (i % 3 == 0) put_u8(*each, 7); // so that borders fall everywhere
+            }
+        ASSERT_EQ(pieces.written(), whole.str());
+
+        small_buffer source{size, whole.str()};
+        std::istream in{&source};
+        for (u32 i = 0; i != 20; ++i) {
+            EXPECT_EQ(get_u32(in), i * 0x01020304U);
+            if (i % 3 == 0) {
+                EXPECT_EQ(get_u8(in), 7);
+            }
+        }
+        EXPECT_TRUE(in.good());
+        EXPECT_EQ(get_u32(in), 0U);
+        EXPECT_TRUE(in.fail());
+    }
 }
 
 TEST(bytes, every_byte_but_zero_reads_as_true) {

@@ -1,6 +1,7 @@
 // Free lists: alignment, reuse, and who goes to the global allocator.
 // What depends on the lists being built in is tested where they are.
 #include "util/free_list.h"
+#include "util/huge_pages.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace kelm {
@@ -121,11 +123,37 @@ TEST(free_list, what_a_coarser_step_leaves_in_front_is_not_lost) {
 }
 #endif
 
+#if KELM_FREE_LISTS
+TEST(free_list, messages_lie_apart_from_what_readers_touch) {
+    void* const recorded = allocate_pooled<free_list::recorded>(48);
+    free_pooled<free_list::recorded>(recorded, 48);
+    void* const held = allocate_pooled(48);
+    EXPECT_NE(held, recorded);
+    EXPECT_EQ(allocate_pooled<free_list::recorded>(48), recorded);
+    free_pooled(held, 48);
+    free_pooled<free_list::recorded>(recorded, 48);
+}
+#endif
+
+#if KELM_FREE_LISTS
+TEST(free_list, slabs_of_a_large_heap_stand_side_by_side_in_pieces) {
+    std::vector<void*> held;
+    while (!free_list::state.cut_end) held.push_back(allocate_pooled(256));
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(free_list::state.cut_end) % huge_page_size, 0U);
+    for (std::size_t i = 0; i != 2 * huge_page_size / 256; ++i) { // two pieces at least
+        held.push_back(allocate_pooled(256));
+        std::memset(held.back(), 0xA5, 256);
+    }
+    EXPECT_EQ(std::set<void*>(held.begin(), held.end()).size(), held.size());
+    for (void* memory : held) free_pooled(memory, 256);
+}
+#endif
+
 TEST(free_list, freeing_null_does_nothing) {
     for (const std::size_t size : {0U, 1U, 16U, 256U, 257U, 100000U}) free_pooled(nullptr, size);
 }
 
-struct small_thing : pooled {
+struct small_thing : pooled<> {
     explicit small_thing(int n) : number(n) {}
     virtual ~small_thing() = default;
     int number;
@@ -136,7 +164,7 @@ struct larger_thing final : small_thing {
     unsigned char more[100] = {};
 };
 
-static_assert(sizeof(pooled) == 1, "the base is empty");
+static_assert(sizeof(pooled<>) == 1, "the base is empty");
 
 #if KELM_FREE_LISTS
 TEST(free_list, a_pooled_class_gives_its_memory_back_in_its_true_size) {

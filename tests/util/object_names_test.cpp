@@ -107,7 +107,8 @@ TEST_F(object_names, of_a_deleted_object_the_own_name_is_read_and_never_an_inher
     end();
     // Silent edits reach deleted objects, as the undo of a change before the deletion does.
     auto& edit = dynamic_cast<silent_edit&>(*what);
-    edit.exchange_value(props::name, std::make_unique<property<std::string>>("still there"));
+    std::unique_ptr<abstract_property> name = std::make_unique<property<std::string>>("still there");
+    edit.exchange_value(props::name, name);
     EXPECT_EQ(name_seen(what), "still there");
     edit.take_value(props::name);
     for (object* each : {what, nameless_one}) {

@@ -4,6 +4,7 @@
 #include "changes/changes_json.h"
 #include "changes/changes_printer.h"
 #include "commands/commands.h"
+#include "commands/help.h"
 #include "files/file_error.h"
 #include "files/model_file.h"
 #include "log/transactions.h"
@@ -54,14 +55,14 @@ void run(const arguments& given, rules& shared) {
 void add_changes_command(CLI::App& app, rules& shared) {
     const auto given = std::make_shared<arguments>();
     CLI::App* command = app.add_subcommand("changes", "Tell what the edits of a file came to");
-    command->footer(
-        "A line begins with + for what was created, - for what was dropped, ~ for what differs. What was\n"
-        "changed twice is told once, what was created and dropped again not at all.");
-    command->add_option("FILE", given->file, "A file that was saved; it is only read")->required();
-    command
-        ->add_option("--since", given->since, "From this edit on, as kelm-schema log numbers them; else all")
-        ->check(CLI::PositiveNumber)
-        ->option_text("N");
+    explain(
+        *command,
+        {"A line begins with + for what was created, - for what was dropped, ~ for what differs. What was "
+         "changed twice is told once, what was created and dropped again not at all.",
+         {"kelm-schema changes shop.kelm", "kelm-schema changes shop.kelm --since 2 --json"}});
+    add_file(*command, "FILE", given->file, "A file that was saved; it is only read").required();
+    add_count(*command, "--since", given->since,
+              "From this edit on, as kelm-schema log numbers them; else all");
     command->add_flag("--json", given->json, "Print JSON for programs");
     command->callback([given, &shared] { run(*given, shared); });
 }

@@ -7,6 +7,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+
 namespace schema {
 
 // Each adds a subcommand.  Its callback prints on std::cout, and throws std::runtime_error with one sentence.
@@ -24,6 +28,14 @@ void add_paste_command(CLI::App& app, rules& shared);
 
 // What several of them have.
 
+/// Adds an argument that names a file: the completion of a shell offers files for it.
+/// \param name  as CLI::App::add_option takes it
+/// \param into  borrowed; filled when the argument is given
+CLI::Option& add_file(CLI::App& command, const std::string& name, std::string& into,
+                      const std::string& description);
+/// Adds an argument that is a number from 1 on.
+CLI::Option& add_count(CLI::App& command, const std::string& name, std::size_t& into,
+                       const std::string& description);
 /// Adds --author and --time, which fill `by`.
 void add_signature_options(CLI::App& command, signature& by);
 /// Adds --on-referenced-drop, which fills `shared`.

@@ -1,6 +1,7 @@
 // `kelm-schema edit`: its arguments, and the page of help for scripts.
 // What a line does is in edits.h.
 #include "commands/commands.h"
+#include "commands/help.h"
 #include "edits/edit.h"
 
 #include <iostream>
@@ -10,7 +11,7 @@ namespace schema {
 
 namespace {
 
-constexpr const char* help =
+constexpr const char* script_help =
     R"(A line of the script is one of
   rename table A B                    add column T.C TYPE
   rename column T.C D                 move column T.C POSITION
@@ -45,15 +46,16 @@ void add_edit_command(CLI::App& app, rules& shared) {
     const auto given = std::make_shared<edit_request>();
     CLI::App* command =
         app.add_subcommand("edit", "Run a script of edits on a schema, save them, and take them back");
-    command->footer(help);
-    command
-        ->add_option("SOURCE", given->source,
-                     "A file that was saved, or an SQLite database, which is only read")
-        ->required();
-    command->add_option("SCRIPT", given->script, "A file with an edit a line; - reads standard input")
-        ->required();
-    command->add_option("-o,--output", given->target, "Save in this file, and leave the source as it is")
-        ->option_text("FILE");
+    explain(*command, {script_help,
+                       {"kelm-schema edit shop.kelm first.edits",
+                        "echo 'drop column sale.day' | kelm-schema edit shop.kelm - --author eve",
+                        "kelm-schema edit shop.db first.edits -o new.kelm"}});
+    add_file(*command, "SOURCE", given->source,
+             "A file that was saved, or an SQLite database, which is only read")
+        .required();
+    add_file(*command, "SCRIPT", given->script, "A file with an edit a line; - reads standard input")
+        .required();
+    add_file(*command, "-o,--output", given->target, "Save in this file, and leave the source as it is");
     add_drop_option(*command, shared);
     add_signature_options(*command, given->by);
     command->callback([given, &shared] {

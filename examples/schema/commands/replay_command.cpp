@@ -1,6 +1,7 @@
 // `kelm-schema replay`: its arguments.
 // The file is saved when the whole log has been performed.
 #include "commands/commands.h"
+#include "commands/help.h"
 #include "files/model_file.h"
 #include "log/replay.h"
 
@@ -31,12 +32,14 @@ void run(const arguments& given, rules& shared) {
 void add_replay_command(CLI::App& app, rules& shared) {
     const auto given = std::make_shared<arguments>();
     CLI::App* command = app.add_subcommand("replay", "Make the edits of a log on a file");
-    command->footer(
-        "The log is made by kelm-schema log --replay. It fits a file in which the same objects have the\n"
-        "same numbers, as a copy that was made before the edits: one that does not fit is told, and the\n"
-        "file stays as it is.");
-    command->add_option("LOG", given->log, "A replay log")->required();
-    command->add_option("FILE", given->file, "A file that was saved")->required();
+    explain(*command,
+            {"The log is made by kelm-schema log --replay. It fits a file in which the same objects have the "
+             "same "
+             "numbers, as a copy that was made before the edits: one that does not fit is told, and the file "
+             "stays as it is.",
+             {"kelm-schema replay shop.log twin.kelm"}});
+    add_file(*command, "LOG", given->log, "A replay log; it is only read").required();
+    add_file(*command, "FILE", given->file, "A file that was saved").required();
     add_drop_option(*command, shared);
     add_signature_options(*command, given->by);
     command->callback([given, &shared] { run(*given, shared); });

@@ -1,6 +1,7 @@
 // `kelm-schema show`: its arguments.
 // What is shown, and how, is in show.h.
 #include "commands/commands.h"
+#include "commands/help.h"
 #include "printing/show.h"
 #include "schema/types.h"
 
@@ -45,23 +46,28 @@ void run(arguments& given, rules& shared) {
 void add_show_command(CLI::App& app, rules& shared) {
     const auto given = std::make_shared<arguments>();
     CLI::App* command = app.add_subcommand("show", "Show the tables, views and all they contain");
-    command->add_option("FILE", given->path, "An SQLite database, or a file that was saved; it is only read")
-        ->required();
+    explain(*command, {"",
+                       {"kelm-schema show shop.db",
+                        "kelm-schema show shop.kelm --type table --name 'cl*' --sort columns",
+                        "kelm-schema show shop.kelm --json"}});
+    add_file(*command, "FILE", given->path, "An SQLite database, or a file that was saved; it is only read")
+        .required();
     command->add_flag("--json", given->json, "Print JSON for programs");
     command
         ->add_option("--type", given->types, "Show these alone: table, view, index, trigger; may be repeated")
         ->check(CLI::IsMember(keys(shown_types)))
         ->delimiter(',')
         ->allow_extra_args(false)
+        ->type_name("TYPE")
         ->option_text("TYPE,...");
     command
         ->add_option(
             "--name", given->wanted.pattern,
             "Show those alone that have such a name; * and ? stand for anything, case does not count")
-        ->option_text("PATTERN");
+        ->type_name("PATTERN");
     command->add_option("--sort", given->sort, "Order by name, columns (most first) or file-order")
         ->check(CLI::IsMember(keys(orders)))
-        ->option_text("ORDER");
+        ->type_name("ORDER");
     command->callback([given, &shared] { run(*given, shared); });
 }
 

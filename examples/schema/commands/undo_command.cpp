@@ -1,6 +1,7 @@
 // `kelm-schema undo`: its arguments.
 // The file is saved when all of it has gone well.
 #include "commands/commands.h"
+#include "commands/help.h"
 #include "files/model_file.h"
 #include "log/undo.h"
 #include "printing/text.h"
@@ -19,13 +20,13 @@ void add_undo_command(CLI::App& app, rules& shared) {
     };
     const auto given = std::make_shared<arguments>();
     CLI::App* command = app.add_subcommand("undo", "Take back the newest edits of a file");
-    command->footer(
-        "What is undone is gone from the file: there is no redo. Keep a copy, or a replay log of the\n"
-        "edits (kelm-schema log --replay), if they might be wanted again.");
-    command->add_option("FILE", given->file, "A file that was saved")->required();
-    command->add_option("N", given->times, "How many edits")
-        ->check(CLI::PositiveNumber)
-        ->capture_default_str();
+    explain(
+        *command,
+        {"What is undone is gone from the file: there is no redo. Keep a copy, or a replay log of the edits "
+         "(kelm-schema log --replay), if they might be wanted again.",
+         {"kelm-schema undo shop.kelm", "kelm-schema undo shop.kelm 2"}});
+    add_file(*command, "FILE", given->file, "A file that was saved").required();
+    add_count(*command, "N", given->times, "How many edits").capture_default_str();
     command->callback([given, &shared] {
         kelm::model& model = load_saved(given->file, shared);
         const std::vector<std::string> undone = undo(model, given->times, given->file);

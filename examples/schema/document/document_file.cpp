@@ -9,6 +9,7 @@
 #include "files/readable_file.h"
 #include "files/stream_file.h"
 #include "printing/text.h"
+#include "progress/progress.h"
 #include "reading/load.h"
 
 #include <kelm/framework.h>
@@ -21,6 +22,10 @@ namespace schema {
 namespace {
 
 constexpr const char* root_name = "kelm_schema";
+
+// From here on it takes long enough to be told how far it is.
+constexpr std::size_t long_text = 256 * 1024;
+constexpr kelm::u32 many_objects = 1000;
 
 /// The serialiser escapes what needs it, in any language; the library's own escaping is for 7-bit text.
 class plain_texts final : public kelm::qdxml {
@@ -39,22 +44,27 @@ bool read(kelm::model& model, xml_document& document) {
 }
 
 kelm::model& load(const std::string& text, const std::string& path, rules& shared) {
+    progress_steps told("reading " + short_name(path), 2, text.size() >= long_text);
+    told.begin_next();
     xml_document document = xml_document::from_text(text);
     if (document.root_name() != root_name)
         throw file_error(quoted(path) + " is an XML document, but none of kelm-schema");
     kelm::framework::instance().set_xml_handler(plain_texts());
     kelm::model& model = new_model();
     shared.forget_version();
+    told.begin_next();
     const bool whole = read(model, document);
     require_whole(whole, model, shared, path);
     return model;
 }
 
-std::string written(kelm::model& model, const std::string& path) {
+std::string written(kelm::model& model, const std::string& path, progress_steps& told) {
+    told.begin_next();
     xml_document document = xml_document::with_root(root_name);
     kelm::framework::instance().set_xml_handler(plain_texts());
     if (!model.write(nullptr, true, 0, true, document.root()))
         throw std::runtime_error("the model cannot be written now");
+    told.begin_next();
     write_names(document, model);
     const std::string text = document.impossible_text();
     if (!text.empty())
@@ -84,7 +94,9 @@ kelm::model& load_document(const std::string& path, rules& shared) {
 }
 
 std::string to_document(kelm::model& model, const std::string& path, rules& shared) {
-    const std::string text = written(model, path);
+    progress_steps told("writing " + short_name(path), 3, model.last_object_id() >= many_objects);
+    const std::string text = written(model, path, told);
+    told.begin_next();
     if (is_same(text, model, path, shared)) return text;
     throw file_error(
         "cannot write " + quoted(path) +

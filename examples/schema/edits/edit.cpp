@@ -3,23 +3,24 @@
 #include "edits/edit.h"
 
 #include "edits/editor.h"
+#include "files/file_error.h"
 #include "files/file_kind.h"
 #include "files/model_file.h"
 #include "log/signer.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
-#include <system_error>
+#include <string_view>
 
 namespace schema {
 
 namespace {
 
 [[noreturn]] void refuse_script(const std::string& path) {
-    const std::string reason = errno ? ": " + std::generic_category().message(errno) : std::string();
-    throw std::runtime_error("cannot read script \"" + path + '"' + reason);
+    throw file_error("cannot read script " + quoted(path) + system_reason());
 }
 
 void run_line(editor& on, const std::string& line, std::size_t number) {
@@ -30,6 +31,17 @@ void run_line(editor& on, const std::string& line, std::size_t number) {
     }
 }
 
+/// Some editors put a mark before the first letter of what is UTF-8.
+std::string without_mark(const std::string& line) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return line.starts_with(mark) ? line.substr(mark.size()) : line;
+}
+
+/// Standard input tells the C library alone that a read has failed.
+bool has_failed(const std::istream& lines) {
+    return lines.bad() || (&lines == &std::cin && std::ferror(stdin));
+}
+
 void run_script(editor& on, const std::string& script) {
     std::ifstream file;
     errno = 0;
@@ -38,8 +50,9 @@ void run_script(editor& on, const std::string& script) {
     std::istream& lines = script == "-" ? std::cin : file;
     std::string line;
     errno = 0;
-    for (std::size_t number = 1; std::getline(lines, line); ++number) run_line(on, line, number);
-    if (lines.bad()) refuse_script(script);
+    for (std::size_t number = 1; std::getline(lines, line); ++number)
+        run_line(on, number == 1 ? without_mark(line) : line, number);
+    if (has_failed(lines)) refuse_script(script);
 }
 
 /// \returns empty when nothing is to be saved
@@ -52,7 +65,7 @@ std::string target_of(const edit_request& wanted) {
 
 void edit(const edit_request& wanted, rules& shared, std::ostream& out) {
     const std::string target = target_of(wanted);
-    if (!target.empty()) kind_to_write(target); // refuses a database before the script has been run in vain
+    if (!target.empty()) require_no_database(target); // before the script has been run in vain
     kelm::model& model = load_schema(wanted.source, shared);
     {
         const signer signing(model, wanted.by);

@@ -2,6 +2,7 @@
 // A quoted word is always a name: never a keyword, a sign or a number.
 #include "edits/line_reader.h"
 
+#include "printing/text.h"
 #include "schema/characters.h"
 #include "schema/identifiers.h"
 
@@ -123,8 +124,10 @@ void line_reader::take_type_number(std::string& type) {
 
 void line_reader::refuse_next(const std::string& wanted) const {
     if (at_end()) throw script_error("expected " + wanted + " at the end of the line");
+    constexpr std::size_t longest = 60; // of what stands in a sentence
     const word& found = words_[next_];
-    const std::string shown = found.quoted ? "the name " + identifier(found.text) : '"' + found.text + '"';
+    const std::string text = shortened(found.text, longest);
+    const std::string shown = found.quoted ? "the name " + identifier(text) : '"' + text + '"';
     throw script_error("expected " + wanted + ", not " + shown);
 }
 

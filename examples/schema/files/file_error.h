@@ -2,8 +2,10 @@
 // Databases have one of their own: see sqlite_database.h.
 #pragma once
 
+#include <cerrno>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace schema {
 
@@ -12,6 +14,11 @@ class file_error : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/// \returns why a call of the system has failed, behind a colon; nothing when it has not said so
+inline std::string system_reason() {
+    return errno ? ": " + std::generic_category().message(errno) : std::string();
+}
 
 inline std::string quoted(const std::string& path) { return '"' + path + '"'; }
 

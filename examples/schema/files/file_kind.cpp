@@ -37,10 +37,14 @@ file_kind kind_of_file(const std::string& path) {
     return kind_of_name(path);
 }
 
-file_kind kind_to_write(const std::string& path) {
+void require_no_database(const std::string& path) {
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error) && is_database(path))
         throw file_error(quoted(path) + " is an SQLite database, which is never written");
+}
+
+file_kind kind_to_write(const std::string& path) {
+    require_no_database(path);
     return kind_of_name(path);
 }
 

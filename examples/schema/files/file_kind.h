@@ -16,6 +16,9 @@ enum class file_kind {
 /// \throws file_error when it cannot be read
 file_kind kind_of_file(const std::string& path);
 
+/// \throws file_error for a file that holds a database: it is never written
+void require_no_database(const std::string& path);
+
 /// The kind that a file of this name is written as: a document when the name ends in .xml, in any case.
 /// \throws file_error for a file that holds a database
 file_kind kind_to_write(const std::string& path);

@@ -17,8 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void refuse_reading(const std::string& path) {
-    const std::string reason = errno ? ": " + std::generic_category().message(errno) : std::string();
-    throw file_error("cannot read " + quoted(path) + reason);
+    throw file_error("cannot read " + quoted(path) + system_reason());
 }
 
 } // namespace

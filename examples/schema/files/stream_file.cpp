@@ -4,11 +4,12 @@
 
 #include "files/file_error.h"
 #include "files/readable_file.h"
+#include "progress/counted_stream.h"
 #include "reading/load.h"
 #include "schema/structure.h"
 
-#include <new>
-#include <sstream>
+#include <istream>
+#include <ostream>
 #include <stdexcept>
 
 namespace schema {
@@ -43,7 +44,10 @@ void require_whole(bool whole, kelm::model& model, const rules& shared, const st
 }
 
 kelm::model& load_stream(const std::string& path, rules& shared) {
-    std::istringstream in(read_whole_file(path));
+    const std::string content = read_whole_file(path);
+    progress told("reading " + short_name(path), count_of_bytes, content.size());
+    counted_input bytes(content, told);
+    std::istream in(&bytes);
     kelm::model& model = new_model();
     shared.forget_version();
     const bool whole = read(model, in);
@@ -52,10 +56,12 @@ kelm::model& load_stream(const std::string& path, rules& shared) {
 }
 
 std::string to_stream(kelm::model& model) {
-    std::ostringstream out;
+    progress told("writing", count_of_bytes, 0);
+    counted_output bytes(told);
+    std::ostream out(&bytes);
     if (!model.write(&out, true, 0, true, nullptr))
         throw std::runtime_error("the model cannot be written now");
-    return std::move(out).str();
+    return std::move(bytes).take();
 }
 
 } // namespace schema

@@ -61,4 +61,10 @@ void write_whole_file(const std::string& path, const std::string& content) {
     }
 }
 
+void require_other_file(const std::string& target, const std::string& read, const std::string& what) {
+    std::error_code error;
+    if (fs::equivalent(target, read, error))
+        throw file_error(quoted(target) + " is the file that is read; " + what + " needs one of its own");
+}
+
 } // namespace schema

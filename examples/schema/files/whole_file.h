@@ -12,4 +12,8 @@ namespace schema {
 /// \throws file_error when it cannot be written; the old file, or that there is none, is as before
 void write_whole_file(const std::string& path, const std::string& content);
 
+/// \param what  is to be written there: "the log"
+/// \throws file_error when `target` is the file that is read, by whatever name: it would be lost
+void require_other_file(const std::string& target, const std::string& read, const std::string& what);
+
 } // namespace schema

@@ -6,11 +6,14 @@
 #include "hooks/hooks.h"
 #include "log/signer.h"
 #include "log/transactions.h"
+#include "progress/progress.h"
 #include "schema/identifiers.h"
 #include "schema/values.h"
 
 #include <kelm/io_references.h>
+#include <kelm/message.h>
 #include <kelm/message_history.h>
+#include <kelm/subject.h>
 
 #include <sstream>
 
@@ -39,8 +42,26 @@ void require_fit(const replay_log& log, const kelm::model& on, const std::string
                          " on, the next one there is number " + std::to_string(next));
 }
 
+/// Tells how many edits have been made.
+class edit_counter final : public kelm::observer_impl {
+public:
+    explicit edit_counter(kelm::model& model) : model_(model) { model_.history()->attach(this); }
+    ~edit_counter() override { model_.history()->detach(this); }
+
+    bool update(kelm::subject*, kelm::message* what) override {
+        const auto* end = kelm::message_cast<const kelm::tran_end_message>(what);
+        if (end && end->level() == 0) told_.advance();
+        return true;
+    }
+
+private:
+    kelm::model& model_;
+    progress told_{"replaying", count_of_edits, 0};
+};
+
 /// \returns whether each message could be performed
 bool perform(const std::string& messages, kelm::model& on) {
+    const edit_counter counting(on);
     std::istringstream in(messages);
     std::vector<kelm::message*> read;
     std::vector<kelm::object*> deleted; // belong to the model

@@ -2,6 +2,7 @@
 // Objects first, then what refers to them: a foreign key may point at a table of a later name.
 #include "reading/reader.h"
 
+#include "progress/progress.h"
 #include "schema/foreign_keys.h"
 #include "schema/identifiers.h"
 #include "schema/lookup.h"
@@ -16,6 +17,7 @@
 
 #include <map>
 #include <utility>
+#include <vector>
 
 namespace schema {
 
@@ -30,14 +32,26 @@ public:
         read_relations("view", type::view);
         read_table_list();
         read_index_sql();
-        for (const auto& [unused, relation] : relations_) read_columns(*relation);
-        for (kelm::object* table : parts(root_, type::table)) read_keys(*table);
-        for (kelm::object* table : parts(root_, type::table)) read_foreign_keys(*table);
+        std::vector<kelm::object*> relations;
+        for (const auto& [unused, relation] : relations_) relations.push_back(relation);
+        for_each("columns", relations, &schema_reader::read_columns);
+        const std::vector<kelm::object*> tables = parts(root_, type::table);
+        for_each("keys", tables, &schema_reader::read_keys);
+        for_each("foreign keys", tables, &schema_reader::read_foreign_keys);
         resolve_foreign_keys(root_);
         read_triggers();
     }
 
 private:
+    void for_each(const char* what, const std::vector<kelm::object*>& relations,
+                  void (schema_reader::*read_part)(kelm::object&)) {
+        progress told("reading " + std::string(what), count_of_tables, relations.size());
+        for (kelm::object* relation : relations) {
+            (this->*read_part)(*relation);
+            told.advance();
+        }
+    }
+
     void read_relations(const char* kind, kelm::u32 type) {
         statement row(db_,
                       "SELECT name, sql, rowid FROM main.sqlite_master"
