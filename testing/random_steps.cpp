@@ -241,7 +241,8 @@ step random_steps::base() {
 }
 
 step random_steps::observing() {
-    step out = at(one_in(2) ? action::attach : action::detach, any());
+    const object* const what = any(); // drawn first: the order of arguments is the compiler's
+    step out = at(one_in(2) ? action::attach : action::detach, what);
     out.other = name_of(any());
     return out;
 }

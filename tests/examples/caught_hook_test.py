@@ -14,7 +14,7 @@ the law "repetition" is broken in 2 steps of seed N, behind N histories, N opera
 
 
 def run(*arguments):
-    done = subprocess.run([sys.argv[1], *arguments], capture_output=True, text=True, timeout=60)
+    done = subprocess.run([sys.argv[1], *arguments], capture_output=True, text=True, timeout=110)
     return done.returncode, re.sub(r"(?<=seed )\d+|\d+(?= histories| operations)", "N", done.stdout), done.stderr
 
 
