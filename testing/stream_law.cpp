@@ -1,6 +1,7 @@
 // The laws of streams and documents: written, read and written again gives the same bytes; what was read is what was
 // written; and undo and redo of it lead through the same states.
 // What is written of a model is docs/stream_format.md.
+#include "testing/hex.h"
 #include "testing/law_companions.h"
 #include "testing/player.h"
 #include "testing/read_model.h"
@@ -32,18 +33,6 @@ bool is_all_in_the_tree(kelm::model& of) {
         to_visit.insert(to_visit.end(), below.begin(), below.end());
     }
     return found == ids.size();
-}
-
-std::string hex(const std::string& bytes) {
-    static constexpr char digits[] = "0123456789abcdef";
-    std::string out;
-    for (const char each : bytes) {
-        const auto value = static_cast<unsigned char>(each);
-        out += digits[value >> 4U];
-        out += digits[value & 15U];
-        out += ' ';
-    }
-    return out;
 }
 
 class stream_law final : public companion {

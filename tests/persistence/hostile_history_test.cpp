@@ -200,8 +200,8 @@ TEST_F(hostile_history, cut_anywhere_is_refused) {
     use();
 }
 
-class changed_byte : public hostile_world, public testing::WithParamInterface<int> {};
-INSTANTIATE_TEST_SUITE_P(with, changed_byte, testing::Values(0xFF, 0x01, 0x80));
+class changed_byte : public hostile_world, public ::testing::WithParamInterface<int> {};
+INSTANTIATE_TEST_SUITE_P(with, changed_byte, ::testing::Values(0xFF, 0x01, 0x80));
 
 TEST_P(changed_byte, leaves_a_sound_model) {
     const std::string bytes = rich_stream();
@@ -214,8 +214,8 @@ TEST_P(changed_byte, leaves_a_sound_model) {
     }
 }
 
-class changed_number : public hostile_world, public testing::WithParamInterface<u32> {};
-INSTANTIATE_TEST_SUITE_P(to, changed_number, testing::Values(0U, 1U, 0x7FFFFFFFU, npos32));
+class changed_number : public hostile_world, public ::testing::WithParamInterface<u32> {};
+INSTANTIATE_TEST_SUITE_P(to, changed_number, ::testing::Values(0U, 1U, 0x7FFFFFFFU, npos32));
 
 TEST_P(changed_number, leaves_a_sound_model) {
     const std::string bytes = rich_stream();

@@ -2,6 +2,8 @@
 // Written out here rather than taken from the library, so that the two can differ.
 #pragma once
 
+#include "testing/hex.h"
+
 #include <kelm/types.h>
 
 #include <string>
@@ -44,17 +46,6 @@ private:
     std::string bytes_;
 };
 
-/// \returns bytes as hexadecimal digits, for messages of failing tests
-inline std::string hex(std::string_view bytes) {
-    static constexpr char digits[] = "0123456789abcdef";
-    std::string out;
-    for (const char each : bytes) {
-        const auto value = static_cast<unsigned char>(each);
-        out += digits[value >> 4U];
-        out += digits[value & 15U];
-        out += ' ';
-    }
-    return out;
-}
+using kelm::testing::hex;
 
 } // namespace kelm::test
