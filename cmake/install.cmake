@@ -38,8 +38,10 @@ if(BUILD_SHARED_LIBS)
     set(kelm_pc_cflags "-DKELM_SHARED")
     set(kelm_pc_requires "Requires.private")
 endif()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/kelm.pc.in ${PROJECT_BINARY_DIR}/kelm.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kelm.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(library IN ITEMS kelm kelm-testing)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${library}.pc.in ${PROJECT_BINARY_DIR}/${library}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 # `cpack` makes a Debian package: library and headers in one, as long as the interface is young.
 if(PROJECT_IS_TOP_LEVEL)

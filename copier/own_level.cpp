@@ -6,27 +6,24 @@
 
 namespace kelm {
 
-own_level::own_level(model& in) : in_(in), guard_(impl_of(in.as_object())->owning_model()->log()) {}
+own_level::own_level(model& in)
+    : in_(in), log_(impl_of(in.as_object())->owning_model()->log()), guard_(log_) {}
 
 bool own_level::open(const std::string& name) {
     const std::size_t before = in_.message_count();
     const u32 id = in_.last_transaction_id() + 1;
     const bool was_heard = in_.begin_transaction(name) != nullptr;
-    tran_begin_message* const begin = in_.find_transaction(id, &index_);
-    if (begin && index_ >= before) {
-        begin_ = begin;
-        opened_ = in_.message_at(index_);
-    }
+    if (in_.find_transaction(id, &index_) && index_ >= before) begin_ = as_begin(log_.done()[index_].get());
     return was_heard && is_open();
 }
 
 bool own_level::is_open() const {
-    if (!begin_ || begin_->end_message()) return false;
-    if (in_.message_at(index_) == opened_) return true;
+    if (!begin_ || begin_->partner()) return false;
+    if (is_at(index_)) return true;
     // The oldest transactions may have been dropped from the front of the log; else the level is gone for good.
     index_ = 0;
-    while (index_ != in_.message_count() && in_.message_at(index_) != opened_) ++index_;
-    if (index_ == in_.message_count()) begin_ = nullptr;
+    while (index_ != log_.done().size() && !is_at(index_)) ++index_;
+    if (index_ == log_.done().size()) begin_ = nullptr;
     return begin_ != nullptr;
 }
 

@@ -4,7 +4,6 @@
 
 #include "message/message_history_impl.h"
 
-#include <kelm/message.h>
 #include <kelm/model.h>
 
 #include <string>
@@ -31,11 +30,15 @@ private:
     template <class Step>
     void repeat_while_open(Step step);
 
+    bool is_at(std::size_t index) const {
+        return index < log_.done().size() && log_.done()[index].get() == begin_;
+    }
+
     model& in_;
+    message_history_impl& log_;
     message_history_impl::in_use guard_;
-    mutable tran_begin_message* begin_ = nullptr; // null once it is gone from the log
-    message* opened_ = nullptr;                   // the same
-    mutable std::size_t index_ = 0;               // where it was last seen in the log
+    mutable const tran_begin_message_impl* begin_ = nullptr; // null once it is gone from the log
+    mutable std::size_t index_ = 0;                          // where it was last seen in the log
 };
 
 } // namespace kelm

@@ -31,6 +31,8 @@ paste_run::paste_run(snapshot& from, const copier_rules& rules, model& into, std
     : from_(from), rules_(rules), into_(into), owners_(std::move(owners)), level_(into) {
     for (object* const each : owners_)
         if (each) models_.hold(*each);
+    new_objects_.reserve(from_.nodes_by_id.size());
+    source_ids_.reserve(from_.nodes_by_id.size());
 }
 
 bool paste_run::run() {
@@ -109,7 +111,7 @@ paste_run::outcome paste_run::paste_tree(const copy_node& top, object* owner) {
     const outcome result = paste_one(top, owner);
     while (!stack.empty()) {
         opened& at = stack.back();
-        if (at.next == at.end || is_deleted(at.made)) {
+        if (at.next == at.end || is_deleted(*at.made)) {
             stack.pop_back();
             continue;
         }
@@ -176,7 +178,7 @@ int paste_run::ask_action(paste_rule& rule, const copy_node& node, object* owner
     std::vector<object*> bases;
     for (const u32 id : node.inherits_from) {
         object* const base = mapped(id);
-        bases.push_back(base && !is_deleted(base) ? base : nullptr);
+        bases.push_back(base && !is_deleted(*base) ? base : nullptr);
     }
     return rule.paste(owner, node.type, values, bases, is_last_pass_, node.id);
 }
@@ -223,7 +225,7 @@ paste_run::outcome paste_run::fill(const copy_node& node, object* owner, object*
 /// refusal, or end it: what came then would be in no transaction.
 paste_run::outcome paste_run::after_a_change(const object* of) const {
     if (!level_.is_open()) return outcome::fail;
-    return is_deleted(of) ? outcome::stop : outcome::go_on;
+    return is_deleted(*of) ? outcome::stop : outcome::go_on;
 }
 
 } // namespace kelm

@@ -7,6 +7,7 @@
 #include "copier/own_level.h"
 #include "copier/pending_list.h"
 #include "copier/snapshot.h"
+#include "message/silent_edit.h"
 
 #include <kelm/object.h>
 
@@ -14,9 +15,6 @@
 #include <unordered_map>
 
 namespace kelm {
-
-/// \returns whether only the history has the object
-inline bool is_deleted(const object* what) { return what->state() == state::deleted; }
 
 /// First all nodes are made into objects, in the order of the tree.  What then cannot be done yet waits in three lists
 /// that are tried again until nothing moves any more, twice: the second time, rules hear that nothing more will come.

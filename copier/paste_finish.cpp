@@ -28,7 +28,7 @@ bool paste_run::set_extra_values() {
     for (const auto& [id, node] : from_.nodes_by_id) {
         if (node->extra_properties.empty()) continue;
         object* const made = mapped(id);
-        if (made && !is_deleted(made) && !set_extra_values_of(*node, made)) return false;
+        if (made && !is_deleted(*made) && !set_extra_values_of(*node, made)) return false;
     }
     return true;
 }
@@ -45,7 +45,7 @@ bool paste_run::set_extra_values_of(const copy_node& node, object* made) {
 bool paste_run::run_order_rules() {
     for (const auto& [types, rule] : rules_.order.in_order_of_setting()) {
         for (const auto& [owner, child_type] : ordered_owners_) {
-            if (is_deleted(owner) || types != std::pair{owner->type(), child_type}) continue;
+            if (is_deleted(*owner) || types != std::pair{owner->type(), child_type}) continue;
             const pasted_positions children = positions_below(owner, child_type);
             if (!rule->order(owner, child_type, children) || !level_.is_open()) return false;
         }

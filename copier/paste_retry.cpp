@@ -34,7 +34,7 @@ retried paste_run::retry_base(const pending_base& entry) {
     if (entry.of->state() != state::normal) return retried::keep;
     object* const base = mapped(entry.source_id);
     if (!base || into_.find_object(base->id()) != base) return retried::keep;
-    if (is_deleted(base)) return retried::drop;
+    if (is_deleted(*base)) return retried::drop;
     if (base == entry.of || entry.of->inherits_from(base, false)) return retried::keep;
     if (!entry.of->add_inherits_from(base)) return retried::fail;
     return level_.is_open() ? retried::settle : retried::fail;

@@ -34,7 +34,7 @@ paste_run::outcome paste_run::add_bases(const copy_node& node, object* made) {
             continue;
         }
         object* const base = mapped(id);
-        if (is_deleted(base) || base == made || made->inherits_from(base, false)) continue;
+        if (is_deleted(*base) || base == made || made->inherits_from(base, false)) continue;
         if (!made->add_inherits_from(base)) return outcome::stop;
         if (const outcome result = after_a_change(made); result != outcome::go_on) return result;
     }
@@ -50,10 +50,13 @@ paste_run::outcome paste_run::set_values(const copy_node& node, object* made) {
 }
 
 paste_run::outcome paste_run::set_value(const property_copy& from, object* made) {
-    const std::unique_ptr<abstract_property> value = resolve_wholly(from.value);
     const std::shared_ptr<property_paste_rule> rule = rules_.property_paste.of(made->type());
+    // What is plain is set as it lies in the snapshot; only a rule, which may change it, needs a copy.
+    const bool needs_own = rule || from.value.is_reference() || from.value.is_list();
+    const std::unique_ptr<abstract_property> own = needs_own ? resolve_wholly(from.value) : nullptr;
+    const abstract_property* const value = needs_own ? own.get() : from.value.plain();
     int answer = property_paste_result::nothing;
-    if (rule) answer = rule->paste_property(made, from.id, value.get(), is_last_pass_);
+    if (rule) answer = rule->paste_property(made, from.id, own.get(), is_last_pass_);
     if (const outcome result = after_a_change(made); result != outcome::go_on) return result;
     // Kept: what does not resolve waits, also when a rule says that it has dealt with it.
     if (answer == property_paste_result::defer || !value) {
@@ -102,7 +105,7 @@ object* paste_run::mapped(u32 source_id) const {
 
 /// \returns whether the object is in the destination, and not deleted
 bool paste_run::stands(object* what) const {
-    return into_.find_object(what->id()) == what && !is_deleted(what);
+    return into_.find_object(what->id()) == what && !is_deleted(*what);
 }
 
 } // namespace kelm

@@ -203,6 +203,7 @@ void summary::fold_child_order(message_impl& what) {
     if (!order.child() || made_->find(made_->deleted_by_id, *what.object()) ||
         made_->find(made_->deleted_by_id, *order.child()))
         return;
+    // Kept: also an owner that was deleted before, or is met before its deletion, is told of as changed.
     modified_detail_of(about(what)).fold_child_order(*order.child(), order.old_pos(), order.new_pos());
 }
 

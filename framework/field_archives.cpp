@@ -42,12 +42,6 @@ void binary_in::stored_value(std::unique_ptr<abstract_property>& value, u32, con
     value = get_stored_value(*in_, *sink.references, sink.holder);
 }
 
-binary_in::list binary_in::open(const char*, const char*, std::size_t) {
-    u32 count = 0;
-    number(nullptr, count);
-    return {*this, count};
-}
-
 document_out document_out::inner(const char* name) const {
     return document_out{add_xml_elem(element_, name)};
 }

@@ -140,7 +140,7 @@ public:
     void name(const char* name, std::string& value) { text(name, value); }
     void identity(const char* name, GUID& value);
     void stored_value(std::unique_ptr<abstract_property>& value, u32 id, const value_sink& sink);
-    list open(const char* list_name, const char* item, std::size_t = 0);
+    list open(const char*, const char*, std::size_t = 0) { return {*this, get_u32(*in_)}; }
 
 private:
     std::istream* in_;

@@ -9,6 +9,7 @@
 #include <boost/smart_ptr/make_shared_object.hpp>
 
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <typeinfo>
 
@@ -20,6 +21,17 @@ template <class Kind>
 [[nodiscard]] inline const Kind* exact_cast(const abstract_property* value) {
     static_assert(std::is_final_v<Kind>);
     return value && &typeid(*value) == &typeid(Kind) ? static_cast<const Kind*>(value) : nullptr;
+}
+
+/// \returns the same of a value that may be changed
+template <class Kind>
+[[nodiscard]] inline Kind* exact_cast(abstract_property* value) {
+    return const_cast<Kind*>(exact_cast<Kind>(static_cast<const abstract_property*>(value)));
+}
+
+/// \returns an empty text for null
+[[nodiscard]] inline std::string text_or_empty(const abstract_property* value) {
+    return value ? value->to_string() : std::string{};
 }
 
 /// \returns a copy of `value`; null for null

@@ -42,13 +42,13 @@ owned<abstract_property*> vector_property::clone() const {
 }
 
 bool vector_property::equals(const abstract_property* other) const {
-    const auto* const others = dynamic_cast<const vector_property*>(other);
+    const auto* const others = exact_cast<vector_property>(other);
     return others && std::ranges::equal(elements, others->elements,
                                         [](const auto* a, const auto* b) { return a && b && a->equals(b); });
 }
 
 void vector_property::merge(abstract_property* other) {
-    auto* const others = dynamic_cast<vector_property*>(other);
+    auto* const others = exact_cast<vector_property>(other);
     if (!others || others == this) return;
     std::unordered_set<const abstract_property*> here(elements.begin(), elements.end());
     elements.reserve(elements.size() + others->elements.size());

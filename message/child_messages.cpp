@@ -8,12 +8,6 @@ namespace kelm {
 
 using namespace message_text;
 
-namespace {
-
-std::string number(u32 position) { return std::to_string(static_cast<int>(position)); }
-
-} // namespace
-
 void child_add_message_impl::inverse() {
     tell_inverse<child_remove_message_impl>(&edit(), child(), std::size_t{pos()});
 }
@@ -41,22 +35,9 @@ std::string& child_remove_message_impl::to_string(std::string& out) const {
                  type_and_path_or_deleted(object());
 }
 
-void child_order_message_impl::forward() {
-    if (child_) edit().move_child(*child_, new_pos_);
-}
-
-void child_order_message_impl::backward() {
-    if (child_) edit().move_child(*child_, old_pos_);
-}
-
-void child_order_message_impl::inverse() {
-    tell_inverse<child_order_message_impl>(&edit(), child_, std::size_t{old_pos_}, std::size_t{new_pos_});
-}
-
 std::string& child_order_message_impl::to_string(std::string& out) const {
-    return out = "Order Child - object: " + type_and_path_or_deleted(child_) + " of " +
-                 type_and_path_or_deleted(object()) + ": new position " + number(new_pos_) +
-                 ", old position: " + number(old_pos_);
+    return out = "Order Child - object: " + type_and_path_or_deleted(child()) + " of " +
+                 type_and_path_or_deleted(object()) + both_positions(new_pos(), old_pos());
 }
 
 std::string& owner_set_message_impl::to_string(std::string& out) const {

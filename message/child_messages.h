@@ -2,6 +2,7 @@
 // `object()` is the owner, but of owner_set_message the object whose owner changes.
 #pragma once
 
+#include "message/moved_message.h"
 #include "message/reversible.h"
 
 #include <kelm/structure_messages.h>
@@ -85,37 +86,18 @@ private:
 };
 
 /// A child changed its place.
-class child_order_message_impl final : public child_order_message,
-                                       public reversible<child_order_message_impl> {
+class child_order_message_impl final
+    : public moved_message<child_order_message_impl, child_order_message,
+                           reversible<child_order_message_impl>, message_type::child_order> {
 public:
     static constexpr bool keeps_undone = false;
-    child_order_message_impl(silent_edit* owner, kelm::object* child, std::size_t new_pos,
-                             std::size_t old_pos)
-        : reversible(message_type::child_order, owner),
-          new_pos_(static_cast<u32>(new_pos)),
-          child_(child),
-          old_pos_(static_cast<u32>(old_pos)) {}
+    static constexpr const char* who_field = "child_id";
+    static constexpr const char* new_pos_field = "new_pos";
+    using moved_message::moved_message;
 
-    kelm::object* child() const override { return child_; }
-    u32 new_pos() const override { return new_pos_; }
-    u32 old_pos() const override { return old_pos_; }
+    kelm::object* child() const override { return who(); }
     std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("child_id", self.child_);
-        archive.number("new_pos", self.new_pos_);
-        archive.number("old_pos", self.old_pos_);
-    }
-
-    void forward();
-    void backward();
-    void inverse();
-
-private:
-    u32 new_pos_;
-    kelm::object* child_;
-    u32 old_pos_;
+    void move(kelm::object& child, u32 place) { edit().move_child(child, place); }
 };
 
 /// An object changed its owner; the messages of the two child lists stand before it.

@@ -10,8 +10,6 @@ using namespace message_text;
 
 namespace {
 
-std::string number(u32 position) { return std::to_string(static_cast<int>(position)); }
-
 std::string link_text(const char* what, const message_impl& said, const object* base) {
     return what + type_and_path(said.object()) + " from " + type_and_path(base);
 }
@@ -42,22 +40,9 @@ std::string& inherits_insert_message_impl::to_string(std::string& out) const {
     return out = link_text("Insert Inherits - ", *this, inherits_from());
 }
 
-void inherits_from_order_message_impl::forward() {
-    if (base_) edit().move_base(*base_, new_pos_);
-}
-
-void inherits_from_order_message_impl::backward() {
-    if (base_) edit().move_base(*base_, old_pos_);
-}
-
-void inherits_from_order_message_impl::inverse() {
-    tell_inverse<inherits_from_order_message_impl>(&edit(), base_, std::size_t{old_pos_},
-                                                   std::size_t{new_pos_});
-}
-
 std::string& inherits_from_order_message_impl::to_string(std::string& out) const {
-    return out = "Inherits From Order - object: " + type_and_path(object()) + ": new position " +
-                 number(new_pos_) + ", old position: " + number(old_pos_);
+    return out = "Inherits From Order - object: " + type_and_path(object()) +
+                 both_positions(new_pos(), old_pos());
 }
 
 void inherits_replace_message_impl::forward() {

@@ -2,6 +2,7 @@
 // `object()` is the object that inherits; a change of its list also changes what it inherits, which is told with it.
 #pragma once
 
+#include "message/moved_message.h"
 #include "message/recorded.h"
 
 #include <kelm/structure_messages.h>
@@ -44,7 +45,7 @@ private:
 
 /// Shared by a base that came and one that went: who, and its place in the list.
 template <class Derived, class Face, u32 Type>
-class placed_base_message : public relinking<Derived>, public Face {
+class placed_base_message : public Face, public relinking<Derived> {
 public:
     placed_base_message(silent_edit* about, kelm::object* base, std::size_t pos)
         : relinking<Derived>(Type, about), place_(static_cast<u32>(pos)), base_(base) {}
@@ -130,43 +131,24 @@ public:
 };
 
 /// A base changed its place.
-class inherits_from_order_message_impl final : public relinking<inherits_from_order_message_impl>,
-                                               public inherits_from_order_message {
+class inherits_from_order_message_impl final
+    : public moved_message<inherits_from_order_message_impl, inherits_from_order_message,
+                           relinking<inherits_from_order_message_impl>, message_type::inherits_from_order> {
 public:
     static constexpr bool loses_forward = false;
     static constexpr bool loses_backward = false;
-    inherits_from_order_message_impl(silent_edit* about, kelm::object* base, std::size_t new_pos,
-                                     std::size_t old_pos)
-        : relinking(message_type::inherits_from_order, about),
-          new_pos_(static_cast<u32>(new_pos)),
-          base_(base),
-          old_pos_(static_cast<u32>(old_pos)) {}
+    static constexpr const char* who_field = "inherits_from";
+    static constexpr const char* new_pos_field = "pos";
+    using moved_message::moved_message;
 
-    kelm::object* inherits_from() const override { return base_; }
-    u32 new_pos() const override { return new_pos_; }
-    u32 old_pos() const override { return old_pos_; }
+    kelm::object* inherits_from() const override { return who(); }
     std::string& to_string(std::string& out) const override;
-
-    template <class Self, class Archive>
-    static void fields(Self& self, Archive& archive) {
-        archive.object_id("inherits_from", self.base_);
-        archive.number("pos", self.new_pos_);
-        archive.number("old_pos", self.old_pos_);
-    }
-
-    void forward();
-    void backward();
-    void inverse();
-
-private:
-    u32 new_pos_;
-    kelm::object* base_;
-    u32 old_pos_;
+    void move(kelm::object& base, u32 place) { edit().move_base(base, place); }
 };
 
 /// A base took the place of another.
-class inherits_replace_message_impl final : public relinking<inherits_replace_message_impl>,
-                                            public inherits_replace_message {
+class inherits_replace_message_impl final : public inherits_replace_message,
+                                            public relinking<inherits_replace_message_impl> {
 public:
     // Kept: undo and redo do not tell of values that go with the former base, though the first run does.
     static constexpr bool loses_forward = false;

@@ -16,32 +16,38 @@ namespace {
 ///          comes nor goes by a message
 bool is_beyond(const object* what) { return !what || what->type() == type_id::model; }
 
+/// Puts an object back into its model, and tells of it on the way.
+template <class Tell>
+void come(silent_edit& what, Tell&& tell) {
+    what.enter_id_map(); // first: it may fail
+    what.set_state(state::being_created);
+    tell();
+    what.set_state(state::normal);
+}
+
+/// Takes an object out of its model, and tells of it on the way.
+template <class Tell>
+void go(silent_edit& what, Tell&& tell) {
+    what.set_state(state::being_deleted);
+    tell();
+    what.leave_id_map();
+    what.set_state(state::deleted);
+}
+
 } // namespace
 
 bool obj_create_message_impl::redo() {
     if (is_beyond(object())) return true;
-    edit().enter_id_map(); // first: it may fail
-    edit().set_state(state::being_created);
-    tell();
-    edit().set_state(state::normal);
+    come(edit(), [this] { tell(); });
     set_undone(false);
     return true;
 }
 
 bool obj_create_message_impl::undo() {
     if (is_beyond(object())) return true;
-    edit().set_state(state::being_deleted);
-    tell_inverse<obj_delete_message_impl>(&edit(), owner_);
-    edit().leave_id_map();
-    edit().set_state(state::deleted);
+    go(edit(), [this] { tell_inverse<obj_delete_message_impl>(&edit(), owner()); });
     set_undone(true);
     return true;
-}
-
-void obj_create_message_impl::release_values() {
-    if (!is_undone() || mark() || !object() || object()->state() != state::deleted) return;
-    edit().destroy();
-    set_object(nullptr);
 }
 
 std::string& obj_create_message_impl::to_string(std::string& out) const {
@@ -60,36 +66,23 @@ std::string& obj_pre_delete_message_impl::to_string(std::string& out) const {
 
 bool obj_delete_message_impl::redo() {
     if (is_beyond(object())) return true;
-    edit().set_state(state::being_deleted);
-    tell();
-    edit().leave_id_map();
-    edit().set_state(state::deleted);
+    go(edit(), [this] { tell(); });
     set_undone(false);
     return true;
 }
 
 bool obj_delete_message_impl::undo() {
     if (is_beyond(object())) return true;
-    edit().enter_id_map(); // first: it may fail
-    edit().set_state(state::being_created);
-    tell_inverse<obj_create_message_impl>(&edit(), owner_);
-    edit().set_state(state::normal);
+    come(edit(), [this] { tell_inverse<obj_create_message_impl>(&edit(), owner()); });
     set_undone(true);
     return true;
-}
-
-void obj_delete_message_impl::release_values() {
-    // An observer may have refused the last step: the object is then still the model's.
-    if (is_undone() || mark() || !object() || object()->state() != state::deleted) return;
-    edit().destroy();
-    set_object(nullptr);
 }
 
 std::string& obj_delete_message_impl::to_string(std::string& out) const {
     out = "Deleted " + type_and_path(object()) + " owner ";
     // Kept: for an owner that is deleted an empty type, a blank, and the word; hence two blanks in a row.
-    if (owner_ && owner_->state() == state::deleted) return out += std::string{} + " " + "deleted";
-    return out += type_and_path(owner_);
+    if (owner() && is_deleted(*owner())) return out += std::string{} + " " + "deleted";
+    return out += type_and_path(owner());
 }
 
 } // namespace kelm

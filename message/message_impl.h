@@ -15,6 +15,8 @@
 namespace kelm {
 
 /// The base of all messages.  The history owns those it keeps; the inverse messages of undo live on the stack.
+/// A message names its public face before this one among its bases, where it can: its own fields then begin in the room
+/// behind the flags.
 class message_impl : public message, public pooled<free_list::recorded> {
 public:
     message_impl(u32 type, silent_edit* about)

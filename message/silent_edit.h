@@ -89,6 +89,9 @@ public:
     virtual bool pass_to_inheritors(message_impl& said, u32 id) = 0;
 };
 
+/// \returns whether only the history has the object
+inline bool is_deleted(const object& what) { return what.state() == state::deleted; }
+
 inline silent_edit* edit_of(object* what) { return static_cast<silent_edit*>(what); }
 
 } // namespace kelm

@@ -10,63 +10,85 @@ namespace kelm {
 
 class tran_end_message_impl;
 
-/// Opens a level.  Only level 0 makes a sound.
-class tran_begin_message_impl final : public tran_begin_message, public recorded<tran_begin_message_impl> {
+/// Shared by the two brackets of a level: which level it is, and the other bracket.
+/// A stream may name as partners what does not go together, so one lets go of the other only where that holds it.
+template <class Derived, class Face, class Partner, u32 Type>
+class bracket_message : public Face, public recorded<Derived> {
+public:
+    explicit bracket_message(silent_edit* model) : recorded<Derived>(Type, model) {}
+    ~bracket_message() override {
+        if (partner_ && partner_->partner() == this) partner_->set_partner(nullptr);
+    }
+
+    u32 level() const final { return level_; }
+    bool redo() final {
+        if (is_heard()) this->tell();
+        return true;
+    }
+
+    void set_level(u32 level) { level_ = level; }
+    /// Null lets go of the one before.
+    void set_partner(Partner* other) { partner_ = other; }
+    Partner* partner() const { return partner_; }
+
+    template <class Self, class Archive>
+    static void fields(Self& self, Archive& archive) {
+        archive.number("level", self.level_);
+    }
+
+protected:
+    /// Only level 0 makes a sound.
+    bool is_heard() const { return level_ == 0 && !this->is_lost(); }
+
+private:
+    u32 level_ = 0;
+    Partner* partner_ = nullptr;
+};
+
+/// Opens a level.
+class tran_begin_message_impl final
+    : public bracket_message<tran_begin_message_impl, tran_begin_message, tran_end_message_impl,
+                             message_type::tran_begin> {
 public:
     tran_begin_message_impl(silent_edit* model, u32 id, std::string name);
     ~tran_begin_message_impl() override;
 
     tran_end_message* end_message() const override;
-    u32 level() const override { return level_; }
     u32 id() const override { return id_; }
     std::string name() const override { return name_; }
     std::string& to_string(std::string& out) const override;
-    bool redo() override;
     bool undo() override;
-
-    void set_level(u32 level) { level_ = level; }
-    void set_partner(tran_end_message_impl* end) { partner_ = end; }
-    tran_end_message_impl* partner() const { return partner_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
-        archive.number("level", self.level_);
+        bracket_message::fields(self, archive);
         archive.attribute("id", self.id_);
         archive.name("name", self.name_);
     }
 
 private:
-    friend class tran_end_message_impl; // tells a transient begin
-    tran_end_message_impl* partner_ = nullptr;
-    u32 level_ = 0;
     u32 id_;
     std::string name_;
 };
 
 /// Closes a level.
-class tran_end_message_impl final : public tran_end_message, public recorded<tran_end_message_impl> {
+class tran_end_message_impl final : public bracket_message<tran_end_message_impl, tran_end_message,
+                                                           tran_begin_message_impl, message_type::tran_end> {
 public:
-    explicit tran_end_message_impl(silent_edit* model);
-    ~tran_end_message_impl() override;
+    using bracket_message::bracket_message;
 
-    tran_begin_message* begin_message() const override { return partner_; }
-    u32 level() const override { return level_; }
-    u32 id() const override { return partner_ ? partner_->id() : 0; }
+    tran_begin_message* begin_message() const override { return partner(); }
+    u32 id() const override { return partner() ? partner()->id() : 0; }
     u32 processed_state() const override { return processed_state_; }
     void set_processed_state(u32 state) override { processed_state_ = state; }
     std::string processed_err_msg() const override { return processed_err_msg_; }
     void set_processed_err_msg(const std::string& text) override { processed_err_msg_ = text; }
     std::string& to_string(std::string& out) const override;
-    bool redo() override;
     bool undo() override;
-
-    void set_level(u32 level) { level_ = level; }
-    void set_partner(tran_begin_message_impl* begin) { partner_ = begin; }
-    tran_begin_message_impl* partner() const { return partner_; }
 
     template <class Self, class Archive>
     static void fields(Self& self, Archive& archive) {
-        archive.number("level", self.level_);
+        bracket_message::fields(self, archive);
         u32 begin_id = self.id();
         archive.number("begin_id", begin_id);
         archive.since(7, 14, [&] {
@@ -81,9 +103,6 @@ private:
     /// only.
     void join(message* begin);
 
-    friend class tran_begin_message_impl; // tells a transient end
-    tran_begin_message_impl* partner_ = nullptr;
-    u32 level_ = 0;
     u32 processed_state_ = 1;
     std::string processed_err_msg_;
 };

@@ -10,6 +10,15 @@
 
 namespace kelm {
 
+namespace {
+
+/// A value that was read may refer to objects.
+void set_attribute(meta_property& which, u32 attribute, const abstract_property& value) {
+    which.set_attribute_value(attribute, *kelm::udp::attribute_copy(value));
+}
+
+} // namespace
+
 meta_object_base* udp_message_impl::own_type() const {
     auto* const type = dynamic_cast<meta_object_base*>(owner_meta_type_);
     kelm::model* const in = object() ? object()->model() : nullptr;
@@ -61,7 +70,7 @@ bool udp_remove_message_impl::redo() {
 bool udp_remove_message_impl::undo() {
     meta_property* const back = add_property();
     if (const auto* const value = default_value_.get(); back && value)
-        back->set_attribute_value(attribute_id::default_value, *value);
+        set_attribute(*back, attribute_id::default_value, *value);
     return true;
 }
 
@@ -83,16 +92,13 @@ value_ptr udp_set_attribute_value_message_impl::old_value() const { return share
 std::string& udp_set_attribute_value_message_impl::to_string(std::string& out) const {
     const meta_property* const changed =
         owner_meta_type_ ? owner_meta_type_->find_property(udp_type_) : nullptr;
-    const auto text = [](const value_custody& value) {
-        return value.get() ? value.get()->to_string() : std::string{};
-    };
     return out = "UDP Attribute Value Changed : " + (changed ? changed->name() : std::string{}) + " (" +
-                 text(new_value_) + "," + text(old_value_) + " )";
+                 text_or_empty(new_value_.get()) + "," + text_or_empty(old_value_.get()) + " )";
 }
 
 bool udp_set_attribute_value_message_impl::redo() {
     meta_property* const changed = own_property();
-    if (changed && new_value_.get()) changed->set_attribute_value(udp_att_, *new_value_.get());
+    if (changed && new_value_.get()) set_attribute(*changed, udp_att_, *new_value_.get());
     return true;
 }
 
@@ -100,7 +106,7 @@ bool udp_set_attribute_value_message_impl::undo() {
     meta_property* const changed = own_property();
     if (!changed) return true;
     if (old_value_.get())
-        changed->set_attribute_value(udp_att_, *old_value_.get());
+        set_attribute(*changed, udp_att_, *old_value_.get());
     else
         changed->remove_attribute(udp_att_);
     return true;

@@ -16,8 +16,6 @@ namespace kelm::udp {
 
 namespace {
 
-std::string text_of(const value_ptr& value) { return value ? value->to_string() : std::string{}; }
-
 std::vector<u32> ids_in(const abstract_property* list) {
     std::vector<u32> ids;
     if (const auto* const all = exact_cast<vector_property>(list)) {
@@ -25,6 +23,17 @@ std::vector<u32> ids_in(const abstract_property* list) {
         std::ranges::transform(all->elements, std::back_inserter(ids), id_in);
     }
     return ids;
+}
+
+bool is_reference(const abstract_property* value) { return exact_cast<property<object*>>(value) != nullptr; }
+
+void replace_references(vector_property& list) {
+    for (abstract_property*& each : list.elements) {
+        if (is_reference(each))
+            delete std::exchange(each, attribute_copy(*each).release());
+        else if (auto* const inner = exact_cast<vector_property>(each))
+            replace_references(*inner);
+    }
 }
 
 } // namespace
@@ -64,7 +73,7 @@ bool definition::is_complete() const {
     return self_.has_property(property_id::name) && !object_types().empty();
 }
 
-std::string definition::name() const { return text_of(self_.get_property(property_id::name)); }
+std::string definition::name() const { return text_or_empty(self_.get_property(property_id::name).get()); }
 
 bool definition::has_default_value() const { return self_.has_property(property_id::udp_default_value); }
 
@@ -113,6 +122,13 @@ bool definition::is_passed_over() const {
     });
 }
 
+std::unique_ptr<abstract_property> attribute_copy(const abstract_property& value) {
+    if (is_reference(&value)) return std::make_unique<property<std::string>>(value.to_string());
+    auto copy = clone(&value);
+    if (auto* const list = exact_cast<vector_property>(copy.get())) replace_references(*list);
+    return copy;
+}
+
 struct definition::plan {
     std::string name;
     std::string definition;
@@ -126,8 +142,8 @@ definition::plan definition::read_plan() const {
     const value_ptr multiline = self_.get_property(property_id::udp_multiline_value);
     const auto* const flag = exact_cast<property<bool>>(multiline.get());
     return {.name = name(),
-            .definition = text_of(self_.get_property(property_id::definition)),
-            .default_value = text_of(self_.get_property(property_id::udp_default_value)),
+            .definition = text_or_empty(self_.get_property(property_id::definition).get()),
+            .default_value = text_or_empty(self_.get_property(property_id::udp_default_value).get()),
             .choices = choices(),
             .multiline = flag && flag->value,
             .id = udp_property_id(&self_)};

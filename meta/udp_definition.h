@@ -5,6 +5,7 @@
 #include <kelm/meta_model.h>
 #include <kelm/object.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ meta_object* type_of(const object& what);
 /// \returns whether `types`, the meta model of a model, owns the property.  It sees those of the application as
 ///          well, but they are every model's: none may change them.
 bool is_own(const meta_property& which, const meta_model& types);
+
+/// \returns a copy of `value` for an attribute, in which each reference is the text of its target: types know nothing of
+///          objects, and outlive them
+std::unique_ptr<abstract_property> attribute_copy(const abstract_property& value);
 
 /// A property that a definition stands for, on one of its types.
 struct meta_property_of_type {

@@ -48,7 +48,7 @@ public:
         if (id == property_id::udp_default_value_choices && !follow_choices(*what, it, value)) return false;
         // Kept: also an empty list of types leaves a definition incomplete, so what it stood for stays.
         if (!it.is_complete()) return true;
-        if (id == property_id::name) return follow_name(it, value, old ? old->to_string() : std::string{});
+        if (id == property_id::name) return follow_name(it, value, text_or_empty(old.get()));
         if (id == property_id::udp_object_types) return it.remove(it.find_left_out(old.get())) && it.make();
         return pass_on(it, id, value);
     }
@@ -106,7 +106,7 @@ private:
     /// The element is still there: what is passed on is the list as it will be.
     static bool pass_on_without(definition& it, std::size_t position) {
         const value_ptr choices = it.choices();
-        auto* const list = dynamic_cast<vector_property*>(choices.get());
+        auto* const list = exact_cast<vector_property>(choices.get());
         if (!list) return true;
         if (position < list->elements.size()) {
             const auto at = list->elements.begin() + static_cast<std::ptrdiff_t>(position);

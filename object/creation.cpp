@@ -119,6 +119,17 @@ object* framework_impl::instantiate_object(u32 type, kelm::model* in, bool assig
     return made.release();
 }
 
+// A model inside a model would be one more open document: no stream can ask for that.
+object_impl* object_impl::make_stored(u32 type, model_impl& in) {
+    if (type == type_id::library || type == type_id::model) return nullptr;
+    if (!can_be_made(application_meta_model().find_type(type))) return nullptr;
+    in.pool().make_room();
+    auto made = std::make_unique<object_impl>(type, nullptr, true, false);
+    made->model_ = &in;
+    in.pool().adopt(*made);
+    return made.release();
+}
+
 bool framework_impl::delete_object(object* what) {
     if (!what) return false;
     object_impl& self = *impl_of(what);

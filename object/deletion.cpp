@@ -43,7 +43,11 @@ public:
         while (self_.has_children()) {
             object_impl* const first = self_.child_objects()->front();
             if (first == last_child_) return nullptr; // a hook has put it back
-            if (!first->is_deleted()) return first->state() == state::normal ? last_child_ = first : nullptr;
+            if (!first->is_deleted()) {
+                if (first->state() != state::normal) return nullptr;
+                last_child_ = first;
+                return first;
+            }
             self_.take_child(*first); // it was added when it was deleted already: nobody hears of it
         }
         return nullptr;

@@ -19,8 +19,8 @@ const object_impl* impl_or_null(object* what) { return what ? impl_of(what) : nu
 step test_base(const object_impl& self, object* base) {
     if (!base || base == &self) return step::refuse;
     if (self.inherits_from(base, false)) return step::nothing_to_do;
-    return base->state() != state::deleted && self.may_inherit_from(*impl_of(base)) ? step::go_on
-                                                                                    : step::refuse;
+    const object_impl& wanted = *impl_of(base);
+    return !wanted.is_deleted() && self.may_inherit_from(wanted) ? step::go_on : step::refuse;
 }
 
 /// Hooks behind a change that brought other values along.  \returns false when one refused

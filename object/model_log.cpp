@@ -10,16 +10,11 @@ namespace {
 
 using messages = message_history_impl::messages;
 
-tran_begin_message_impl* begin_at(const messages& log, std::size_t index) {
-    message_impl* const at = log[index].get();
-    return at->type() == message_type::tran_begin ? static_cast<tran_begin_message_impl*>(at) : nullptr;
-}
-
 /// \returns the index of the newest begin that `wanted` accepts; npos when there is none
 template <class Wanted>
 std::size_t find_begin(const messages& log, Wanted wanted) {
     for (std::size_t i = log.size(); i-- != 0;) {
-        const auto* const begin = begin_at(log, i);
+        const auto* const begin = as_begin(log[i].get());
         if (begin && wanted(*begin)) return i;
     }
     return npos;
@@ -31,7 +26,7 @@ bool is_top_level(const tran_begin_message_impl& begin) { return begin.level() =
 void append_names(const messages& log, std::size_t max, transaction_names& out) {
     std::size_t count = 0;
     for (std::size_t i = log.size(); i-- != 0;) {
-        const auto* const begin = begin_at(log, i);
+        const auto* const begin = as_begin(log[i].get());
         if (!begin || !is_top_level(*begin)) continue;
         out.emplace_back(begin->id(), begin->name());
         if (++count == max) return;
@@ -45,7 +40,7 @@ tran_begin_message* model_impl::find_transaction(u32 id, std::size_t* index) con
     const std::size_t at = find_begin(log, [&](const auto& begin) { return begin.id() == id; });
     if (at == npos) return nullptr;
     if (index) *index = at;
-    return begin_at(log, at);
+    return as_begin(log[at].get());
 }
 
 message* model_impl::message_at(std::size_t index) const {
@@ -54,10 +49,10 @@ message* model_impl::message_at(std::size_t index) const {
 
 tran_begin_message* model_impl::next_transaction(tran_begin_message* after) const {
     const messages& log = history_.done();
-    if (!after) return log.empty() ? nullptr : begin_at(log, 0);
+    if (!after) return log.empty() ? nullptr : as_begin(log[0].get());
     tran_begin_message* next = nullptr;
     for (std::size_t i = log.size(); i-- != 0;) {
-        auto* const begin = begin_at(log, i);
+        auto* const begin = as_begin(log[i].get());
         if (!begin || !is_top_level(*begin)) continue;
         if (begin == after) return next;
         next = begin;
@@ -85,7 +80,7 @@ tran_begin_message* model_impl::last_transaction() const {
 tran_begin_message* model_impl::current_transaction() const {
     if (!in_transaction()) return last_transaction();
     const std::size_t at = find_begin(history_.done(), is_top_level);
-    return at == npos ? nullptr : begin_at(history_.done(), at);
+    return at == npos ? nullptr : as_begin(history_.done()[at].get());
 }
 
 std::string model_impl::undo_name() const {

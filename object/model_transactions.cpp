@@ -44,7 +44,7 @@ tran_end_message* model_impl::end_transaction() {
     const bool passed = run<post_end_transaction_semantic>(
         [&](post_end_transaction_semantic& h) { return h.do_it(static_cast<kelm::model*>(this)); });
     if (passed) return as_told();
-    undo();
+    undo(); // Kept: where undo is off, or its limit is used up, what was refused stays
     return nullptr;
 }
 

@@ -50,14 +50,15 @@ meta_property* model_impl::add_user_defined_property(u32 type, const std::string
 bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_property* which, u32 attribute,
                                                      const abstract_property& value) {
     if (!type || !which || !udp::is_own(*which, instance_meta_model_)) return false;
+    auto after = udp::attribute_copy(value);
     // The application's type does not have the property: what is recorded is this model's view of it.
     if (meta_object* const shown = instance_meta_model_.own_or_proxy(type->id())) type = shown;
     auto before = clone(which->attribute_value(attribute).get());
-    auto after = clone(&value);
+    const abstract_property& set = *after;
     auto message = std::make_unique<udp_set_attribute_value_message_impl>(
         this, type, which->id(), attribute, std::move(after), std::move(before));
     history_.make_room();
-    which->set_attribute_value(attribute, value);
+    which->set_attribute_value(attribute, set);
     history_.add_message(std::move(message));
     return true;
 }

@@ -30,13 +30,6 @@ void object_impl::operator delete(void* memory, std::size_t size) noexcept { fre
 
 void object_impl::attach_semantics() { semantic_table_ = application_semantics(type_id_); }
 
-void object_impl::place_in(model_impl& in) {
-    if (model_ == &in) return;
-    bare_objects().release(*this);
-    in.pool().adopt(*this);
-    model_ = &in;
-}
-
 kelm::model* object_impl::model() const { return model_; }
 
 object* object_impl::owner(u32 type) const {
@@ -173,12 +166,12 @@ void object_impl::leave_list() {
 // A reference that would dangle reads as null from then on.
 void object_impl::clear_references_to(const object_impl& gone) {
     const auto clear = [&](abstract_property* value) {
-        auto* const reference = dynamic_cast<property<object*>*>(value);
+        auto* const reference = exact_cast<property<object*>>(value);
         if (reference && reference->value == static_cast<const object*>(&gone)) reference->value = nullptr;
     };
     for (const auto& [id, value] : values_) {
         clear(value);
-        if (auto* const list = dynamic_cast<vector_property*>(value))
+        if (auto* const list = exact_cast<vector_property>(value))
             std::ranges::for_each(list->elements, clear);
     }
 }

@@ -152,10 +152,9 @@ public:
     object_impl* owner_object() const { return owner_object_; }
     const semantic_table* semantics() const { return semantic_table_; }
     bool is_deleted() const { return object_state_ == state::deleted; }
-    /// A deleted object that is changed all the same is named by a message newer than that of its deletion: from then
-    /// on it stays in memory as long as its model.
+    /// A deleted object that is changed all the same is named by a message newer than that of its deletion.
     void keep_if_deleted() {
-        if (is_deleted()) ++named_as_owner_;
+        if (is_deleted()) stays_ = true;
     }
     template <class Hook>
     bool has_hooks() const {
@@ -213,12 +212,16 @@ public:
     void cache_name(const std::string& name);
 
     /// Enters this object in the back-list of a target that a reader has just put into one of its values.
-    void link_read_reference(object_impl& target) { target.add_reference_from(*this); }
+    void link_read_reference(object_impl& target) {
+        if (has_inner_lists()) target.stays_ = true;
+        target.add_reference_from(*this);
+    }
 
     /// Readers fill bare objects with these.
     void set_id(u32 id) { object_id_ = id; }
     void attach_semantics();
-    void place_in(model_impl& in);
+    /// \returns a new object of a plain type that `in` owns, in no tree and without an id; null for any other type
+    static object_impl* make_stored(u32 type, model_impl& in);
 
     /// Breaks every link to other objects, on both sides, without a word; with `whole_model`, only those to other
     /// models, since all others go as well.
@@ -235,6 +238,9 @@ private:
     void unlink_references(const abstract_property* value);
     void clear_references_to(const object_impl& gone);
     vector_property* own_vector(u32 id) const;
+    /// For an element that is a list itself.
+    static void keep_inner_targets(const abstract_property* element);
+    bool has_inner_lists() const;
     void leave_list();
     void link_base(object_impl& base, std::size_t position);
     void unlink_bases(bool whole_model);
@@ -247,7 +253,9 @@ private:
     u32 type_id_;
     u32 object_id_ = 0;
     u32 pool_place_ = 0;
-    u32 named_as_owner_ : 28 = 0; // by how many objects, in its list or not; see also keep_if_deleted()
+    u32 named_as_owner_ : 27 = 0; // by how many objects, in its list or not
+    u32 stays_ : 1 =
+        false; // in memory as long as the model, since something names it that no back-list knows
     u32 object_state_ : 2 = state::normal;
     u32 is_listed_ : 1 = false;
     u32 is_condemned_ : 1 = false; // goes with the last object that names it as its owner

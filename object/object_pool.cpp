@@ -23,12 +23,13 @@ void object_pool::release(object_impl& what) {
 }
 
 // An object may outlive its owner: it was taken out of the list before the owner was deleted, or a rollback keeps it.
-// As long as it does, the owner stays too, so that every question that leads upwards has an answer.
+// As long as it does, the owner stays too, so that every question that leads upwards has an answer.  What stays_ says of
+// one goes for all above it.
 void object_pool::destroy(object_impl& what) {
     for (object_impl* at = &what; at;) {
         at->unlink(false);
         at->values_ = {};
-        at->is_condemned_ = at->named_as_owner_ != 0;
+        at->is_condemned_ = at->named_as_owner_ != 0 || at->stays_;
         if (at->is_condemned_) return;
         object_impl* const owner = at->owner_object_;
         release(*at);

@@ -18,6 +18,10 @@ void object_impl::drop_reference_from(object_impl& holder) {
     if (list->empty()) list.reset();
 }
 
+void object_impl::keep_inner_targets(const abstract_property* element) {
+    for_each_inner_target(element, [](object* target) { impl_of(target)->stays_ = true; });
+}
+
 // All of them, or none.
 void object_impl::link_references(const abstract_property* value) {
     std::size_t linked = 0;
@@ -34,6 +38,18 @@ void object_impl::link_references(const abstract_property* value) {
         });
         throw;
     }
+    if (const auto* const list = exact_cast<vector_property>(value))
+        std::ranges::for_each(list->elements, keep_inner_targets);
+}
+
+bool object_impl::has_inner_lists() const {
+    const auto is_list = [](const abstract_property* element) {
+        return exact_cast<vector_property>(element) != nullptr;
+    };
+    return std::any_of(values_.begin(), values_.end(), [&](const auto& each) {
+        const auto* const list = exact_cast<vector_property>(each.value);
+        return list && std::ranges::any_of(list->elements, is_list);
+    });
 }
 
 void object_impl::unlink_references(const abstract_property* value) {
@@ -63,7 +79,7 @@ void object_impl::keep_lost_value(std::unique_ptr<abstract_property> value) {
 }
 
 vector_property* object_impl::own_vector(u32 id) const {
-    return const_cast<vector_property*>(exact_cast<vector_property>(values_.find(id)));
+    return exact_cast<vector_property>(values_.find(id));
 }
 
 void object_impl::exchange_element(u32 id, std::size_t position,
@@ -71,6 +87,7 @@ void object_impl::exchange_element(u32 id, std::size_t position,
     vector_property* const list = own_vector(id);
     if (!list || position >= list->elements.size()) return;
     link_references(element.get());
+    keep_inner_targets(element.get());
     std::unique_ptr<abstract_property> former{list->elements[position]};
     list->elements[position] = element.release();
     element = std::move(former);
@@ -84,6 +101,7 @@ void object_impl::insert_element(u32 id, std::size_t position, std::unique_ptr<a
     if (elements.size() == elements.capacity())
         elements.reserve(elements.size() + std::max<std::size_t>(elements.size(), 1));
     link_references(element.get()); // behind it nothing fails
+    keep_inner_targets(element.get());
     elements.insert(elements.begin() + static_cast<std::ptrdiff_t>(position), element.release());
 }
 

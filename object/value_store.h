@@ -104,9 +104,10 @@ private:
 
     /// \returns the place of the first id that is not below `id`
     u32 place_of(u32 id) const {
+        if (size_ == 0 || ids()[size_ - 1] < id) return size_; // readers and builders come in order
         if (size_ > scanned_size) return static_cast<u32>(std::lower_bound(ids(), ids() + size_, id) - ids());
         u32 at = 0;
-        while (at != size_ && ids()[at] < id) ++at;
+        while (ids()[at] < id) ++at;
         return at;
     }
     bool is_at(u32 at, u32 id) const { return at != size_ && ids()[at] == id; }

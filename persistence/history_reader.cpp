@@ -60,7 +60,8 @@ public:
         while (auto item = items.next()) {
             deleted_frame frame;
             deleted_frame::fields(frame, *item);
-            object_impl* const made = item->good() ? make_stored_object(frame.type, into_.model) : nullptr;
+            object_impl* const made =
+                item->good() ? object_impl::make_stored(frame.type, into_.model) : nullptr;
             if (!made) return from_.fail();
             made->set_state(state::deleted);
             into_.deleted.push_back(made);

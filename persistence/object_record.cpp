@@ -6,7 +6,6 @@
 #include "meta/marked_property.h"
 #include "object/model_impl.h"
 
-#include <kelm/framework.h>
 #include <kelm/meta_model.h>
 
 #include <algorithm>
@@ -153,7 +152,7 @@ private:
     object_impl* make_child(object_impl& owner, Archive& item) {
         u32 type = 0;
         item.attribute("type", type);
-        object_impl* const child = item.good() ? make_stored_object(type, model_) : nullptr;
+        object_impl* const child = item.good() ? object_impl::make_stored(type, model_) : nullptr;
         if (!child) {
             item.fail();
             return nullptr;
@@ -220,15 +219,5 @@ template void write_object(const object_impl&, binary_out);
 template void write_object(const object_impl&, document_out);
 template bool read_object(object_impl&, binary_in, io_reference_manager&);
 template bool read_object(object_impl&, document_in, io_reference_manager&);
-
-// A model inside a model would be one more open document: no stream can ask for that.
-object_impl* make_stored_object(u32 type, model_impl& in) {
-    if (type == type_id::model) return nullptr;
-    in.pool().make_room(); // else the object would stay a bare one
-    object* const made = framework::instance().instantiate_object(type, nullptr, false);
-    if (!made) return nullptr;
-    impl_of(made)->place_in(in);
-    return impl_of(made);
-}
 
 } // namespace kelm

@@ -21,7 +21,4 @@ void write_object(const object_impl& top, Archive to);
 template <class Archive>
 bool read_object(object_impl& top, Archive from, io_reference_manager& references);
 
-/// \returns a new object of a plain type, in the model's memory but in no tree; null for any other type
-object_impl* make_stored_object(u32 type, model_impl& in);
-
 } // namespace kelm

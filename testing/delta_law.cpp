@@ -20,6 +20,10 @@ std::string place_of(std::size_t at) { return at == npos ? "nowhere" : std::to_s
 /// One that was in no list has no place.
 std::string at_place(u32 at) { return at == npos32 ? "" : " at " + text_of(at); }
 
+std::string line_of(const std::string& indent, u32 id, const std::string& value) {
+    return indent + "  " + text_of(id) + " = " + value;
+}
+
 std::size_t index_in(const std::vector<u32>& list, u32 what) {
     const auto at = std::ranges::find(list, what);
     return at == list.end() ? npos : static_cast<std::size_t>(at - list.begin());
@@ -35,6 +39,7 @@ std::size_t index_in(const std::vector<u32>& list, u32 what) {
 ///   first removal, an order is what single moves add up to, a former owner what the first change of owners says.
 /// - Objects that went with a new one that they had moved into are told on top.
 /// - What moved and went is told as changed as well, with nothing but the former owner.
+/// - So is one that had been deleted before, when the children that were put into it since are ordered: with the order alone.
 class story {
 public:
     story(kelm::model& in, const model_picture& before, const message* stop)
@@ -113,7 +118,7 @@ private:
 
     std::vector<u32> changed(u32 id) {
         std::vector<u32> out;
-        if (walk_.is_gone(id)) return out;
+        if (!now_.contains(id)) return out;
         for (const meta_property* each : properties_of(now_.at(id).type)) {
             const std::string then = at_start(id, each->id());
             if (then != values_.now(id, each->id()) || equals_nothing(then)) out.push_back(each->id());
@@ -130,7 +135,7 @@ private:
     void tell_values(u32 id, u32 type, const std::string& indent) {
         for (const meta_property* each : properties_of(type))
             if (const std::string value = at_start(id, each->id()); !value.empty())
-                add(indent + "  " + text_of(each->id()) + " = " + value);
+                add(line_of(indent, each->id(), value));
     }
 
     void tell_gone(u32 id, const std::string& indent) {
@@ -152,7 +157,7 @@ private:
         for (const auto& each : walk_.orders[id])
             add("  child " + text_of(each.child) + " from " + text_of(each.from) + " to " + text_of(each.to));
         if (walk_.former_owners.contains(id)) add("  owner " + text_of(walk_.former_owners[id]));
-        if (walk_.is_gone(id)) return;
+        if (!now_.contains(id)) return;
         tell_bases(before_.at(id).bases, now_.at(id).bases);
         tell_values(id, now_.at(id).type, "");
         check_orders(id);
@@ -199,7 +204,7 @@ private:
         const auto& start = *detail_cast<const detail_base_original_properties>(&of);
         for (const meta_property* each : properties_of(of.object_type()))
             if (const value_ptr value = start.original_property(each->id(), nullptr))
-                add(indent + "  " + text_of(each->id()) + " = " + value_text(value.get()));
+                add(line_of(indent, each->id(), value_text(value.get())));
     }
 
     void print_gone(delta_detail& of, const std::string& indent) {

@@ -54,7 +54,6 @@ private:
         out.mix = mixes_[seed % mixes_.size()];
         out.mix.bases = out.mix.bases && round % 3 != 0;
         out.mix.in_circles = !words_.has_hooks;
-        out.mix.limited = !words_.has_end_hooks;
         out.words = &words_;
         out.go_along = [this, mix = out.mix](u64) { return companions_for(mix); };
         return out;

@@ -168,8 +168,18 @@ void player::begin() {
     if (!levels_.empty()) tell([&](companion& each) { each.begun(*this); });
 }
 
+/// Whether the newest message is the end of the transaction of that number.
+bool player::has_ended(u32 number) const {
+    const std::size_t size = model_->message_count();
+    const auto* const end =
+        size != 0 ? message_cast<tran_end_message>(model_->message_at(size - 1)) : nullptr;
+    return end && end->begin_message() && end->id() == number;
+}
+
 void player::end() {
     moment_text before = now();
+    const tran_begin_message* const open = model_->current_transaction();
+    const u32 number = levels_.size() == 1 && open ? open->id() : 0;
     tell([&](companion& each) { each.ending(*this); });
     bool is_kept = false;
     bool has_thrown = true;
@@ -181,11 +191,15 @@ void player::end() {
         if (open_levels() + 1 != levels_.size() || model_->message_count() == 0) return settle();
         is_kept = true;
     }
+    if (!is_kept && number != 0 && has_ended(number)) { // a hook has refused it
+        is_kept = true;
+        if (model_->can_undo()) fail(law::undo_and_redo, "a refused transaction is undone where it can be");
+    }
     const moment_text begun = std::move(levels_.back());
     levels_.pop_back();
     if (is_kept)
         check(law::undo_and_redo, "the end of a transaction changes nothing", before);
-    else // it is empty, or a hook has refused it
+    else // it is empty, or has been undone
         check(law::undo_and_redo, "a transaction that is not kept changes nothing", begun);
     tell([&](companion& each) { each.left(*this); });
     if (!levels_.empty() || has_failed()) return;

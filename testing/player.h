@@ -80,6 +80,7 @@ private:
     void play_edit(const step& what, edit_call call);
     void call(const step& what);
     void begin();
+    bool has_ended(u32 number) const;
     void end();
     void undo();
     void redo();

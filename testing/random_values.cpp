@@ -49,7 +49,7 @@ planned_value random_steps::scalar(u32 kind, const std::vector<std::string>& tex
 }
 
 std::string random_steps::text_of_kind(u32 kind) {
-    const std::string digit = std::to_string(numbers_.below(10));
+    std::string digit = std::to_string(numbers_.below(10));
     switch (kind) {
     case data_type::string:
         return std::string(numbers_.below(history_.mix().undeclared || one_in(8) ? 40 : 4), 'x');

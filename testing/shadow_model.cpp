@@ -22,6 +22,7 @@ std::string joined(const std::vector<Number>& numbers) {
 
 std::vector<u32> ids_of(const std::vector<object*>& objects) {
     std::vector<u32> out;
+    out.reserve(objects.size());
     for (const object* each : objects) out.push_back(each->id());
     return out;
 }

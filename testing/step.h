@@ -17,7 +17,7 @@ struct object_name {
     u32 maker = 0; ///< the number of the step that made it; 0 for the root
     u32 nth = 0;   ///< which of those that the step made, hooks included
 
-    auto operator<=>(const object_name&) const = default;
+    auto operator<=>(const object_name&) const = default; // NOLINT(modernize-use-nullptr): no 0 stands there
 };
 
 /// The kind of property<unsigned>, which is no data type of its own.

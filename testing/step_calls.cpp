@@ -42,14 +42,8 @@ bool fits_value(const step& what, const history_mix& mix, const edit_call& call)
         const auto* const list = dynamic_cast<const vector_property*>(own.get());
         return what.to < std::max<std::size_t>(list ? list->elements.size() : 0, 1);
     }
-    case action::set_property:
-        // As attributes of what definitions make, references are read as null.
-        if (mix.stored && call.at->type() == type_id::user_defined_property && has_targets(what.value))
-            return false;
-        break;
-    default: break;
+    default: return call.value != nullptr;
     }
-    return call.value != nullptr;
 }
 
 /// Whether all of what a step about the tree needs is there.
@@ -58,7 +52,7 @@ bool fits_tree(const step& what, const history_mix& mix, const edit_call& call) 
     if (!owner) return false;
     switch (what.what) {
     case action::delete_object: return !mix.heard || owner->state() != state::deleted;
-    case action::add_child: return !mix.summed || owner->state() != state::deleted;
+    case action::add_child: return true;
     case action::remove_child: return !mix.stored;
     case action::set_owner: return call.other && owner->child_position(call.at) != npos;
     default:
@@ -70,8 +64,6 @@ bool fits_bases(const step& what, const history_mix& mix, const edit_call& call)
     if (!mix.bases) return false;
     if (what.what == action::cancel_all_bases) return true;
     if (!call.other) return false;
-    // A definition would hand on the references that it inherits, see fits_value().
-    if (mix.stored && call.at->type() == type_id::user_defined_property) return false;
     if (what.what != action::add_base) return true;
     // To be told twice is more than listeners, streams and deltas can tell from once.
     return !(mix.heard || mix.stored || mix.summed) || !call.at->inherits_from(call.other, false);

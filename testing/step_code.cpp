@@ -52,7 +52,7 @@ std::string pointer_to(const planned_value& plan, const object_names& names) {
 }
 
 std::string arguments_of(const step& what, const edit_call& call, const object_names& names) {
-    const std::string id = std::to_string(what.id);
+    std::string id = std::to_string(what.id);
     const std::string at = std::to_string(what.position);
     switch (what.what) {
     case action::set_owner:

@@ -48,7 +48,6 @@ void look_for_hooks(vocabulary& out, const meta_object& type) {
         out.has_hooks = true;
         if (kind >= pre_prop_get_semantic::kind && kind <= post_prop_get_as_string_semantic::kind)
             out.has_read_hooks = true;
-        if (kind == post_end_transaction_semantic::kind) out.has_end_hooks = true;
     }
 }
 

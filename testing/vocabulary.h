@@ -32,7 +32,6 @@ struct vocabulary {
     std::map<u32, type> types;
     bool has_hooks = false;      ///< of an application
     bool has_read_hooks = false; ///< of these, some that supply or change what is read
-    bool has_end_hooks = false;  ///< of these, some behind transactions
     std::vector<u32> wild_kinds; ///< for mixes with undeclared values
 };
 

@@ -12,7 +12,7 @@ namespace kelm {
 
 namespace {
 
-constexpr std::size_t read_block = std::size_t{64} * 1024;
+constexpr std::size_t block_size = std::size_t{64} * 1024; // of texts, which are moved so much at a time
 
 // Numbers go to and come from the buffer of the stream itself: a record is many small fields, and the ceremony of
 // write() and read() for each costs more than the bytes.  A stream that is not good is left alone, as those leave it.
@@ -33,8 +33,16 @@ bool moved(std::ios& stream, Transfer&& transfer) {
     }
 }
 
+/// Where a stream keeps its depth.
+int depth_slot() {
+    static const int slot = std::ios_base::xalloc();
+    return slot;
+}
+
+} // namespace
+
 template <class Number>
-void put(std::ostream& out, Number value) {
+void put_slowly(std::ostream& out, Number value) {
     using traits = std::ostream::traits_type;
     if (!out.good()) return out.setstate(std::ios_base::failbit);
     const bool whole = moved(out, [&] {
@@ -48,7 +56,7 @@ void put(std::ostream& out, Number value) {
 }
 
 template <class Number>
-Number get(std::istream& in) {
+Number get_slowly(std::istream& in) {
     using traits = std::istream::traits_type;
     Number value = 0;
     if (!in.good()) {
@@ -68,19 +76,14 @@ Number get(std::istream& in) {
     return in ? value : Number{0};
 }
 
-/// Where a stream keeps its depth.
-int depth_slot() {
-    static const int slot = std::ios_base::xalloc();
-    return slot;
-}
-
-} // namespace
-
-void put_u8(std::ostream& out, u8 value) { put(out, value); }
-void put_u16(std::ostream& out, u16 value) { put(out, value); }
-void put_u32_slowly(std::ostream& out, u32 value) { put(out, value); }
-void put_u64(std::ostream& out, u64 value) { put(out, value); }
-void put_bool(std::ostream& out, bool value) { put_u8(out, value ? 1 : 0); }
+template void put_slowly(std::ostream&, u8);
+template void put_slowly(std::ostream&, u16);
+template void put_slowly(std::ostream&, u32);
+template void put_slowly(std::ostream&, u64);
+template u8 get_slowly(std::istream&);
+template u16 get_slowly(std::istream&);
+template u32 get_slowly(std::istream&);
+template u64 get_slowly(std::istream&);
 
 void put_string(std::ostream& out, std::string_view text) {
     if (text.size() > std::numeric_limits<u32>::max()) {
@@ -88,6 +91,12 @@ void put_string(std::ostream& out, std::string_view text) {
         return;
     }
     put_u32(out, static_cast<u32>(text.size()));
+    if (out.good() && text.size() <= block_size) {
+        if (char* const at = buffer_window::claim(*out.rdbuf(), text.size())) {
+            std::copy(text.begin(), text.end(), at);
+            return;
+        }
+    }
     out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
@@ -97,12 +106,6 @@ void put_guid(std::ostream& out, const GUID& value) {
     put_u16(out, value.Data3);
     for (const u8 byte : value.Data4) put_u8(out, byte);
 }
-
-u8 get_u8(std::istream& in) { return get<u8>(in); }
-u16 get_u16(std::istream& in) { return get<u16>(in); }
-u32 get_u32_slowly(std::istream& in) { return get<u32>(in); }
-u64 get_u64(std::istream& in) { return get<u64>(in); }
-bool get_bool(std::istream& in) { return get_u8(in) != 0; }
 
 GUID get_guid(std::istream& in) {
     GUID id;
@@ -115,10 +118,12 @@ GUID get_guid(std::istream& in) {
 
 std::string get_string(std::istream& in) {
     std::size_t left = get_u32(in);
+    if (in.good() && left <= block_size)
+        if (const char* const at = buffer_window::take(*in.rdbuf(), left)) return {at, left};
     std::string text;
     while (left != 0) {
         const std::size_t old_size = text.size();
-        const std::size_t block = std::min(left, read_block);
+        const std::size_t block = std::min(left, block_size);
         text.resize(old_size + block);
         if (!in.read(text.data() + old_size, static_cast<std::streamsize>(block))) return {};
         left -= block;

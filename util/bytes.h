@@ -15,14 +15,12 @@ namespace kelm {
 
 // Writing. A failure shows in the state of the stream.
 
-void put_u8(std::ostream& out, u8 value);
-void put_u16(std::ostream& out, u16 value);
+inline void put_u8(std::ostream& out, u8 value);
+inline void put_u16(std::ostream& out, u16 value);
 inline void put_u32(std::ostream& out, u32 value);
-/// The same for a buffer that has no room for all of it right now, and for a stream that is not good.
-void put_u32_slowly(std::ostream& out, u32 value);
-void put_u64(std::ostream& out, u64 value);
+inline void put_u64(std::ostream& out, u64 value);
 /// One byte, 0 or 1.
-void put_bool(std::ostream& out, bool value);
+inline void put_bool(std::ostream& out, bool value);
 /// The length as 4 bytes, then the bytes.  Sets failbit, and writes nothing, for a text whose length has no room.
 void put_string(std::ostream& out, std::string_view text);
 /// 16 bytes: the three numbers, then the eight bytes.
@@ -31,14 +29,12 @@ void put_guid(std::ostream& out, const GUID& value);
 // Reading. Where too few bytes are left, or the stream has failed before, failbit is set and the answer is 0,
 // false or empty: a record is read field by field, and its stream is asked once at the end.
 
-[[nodiscard]] u8 get_u8(std::istream& in);
-[[nodiscard]] u16 get_u16(std::istream& in);
+[[nodiscard]] inline u8 get_u8(std::istream& in);
+[[nodiscard]] inline u16 get_u16(std::istream& in);
 [[nodiscard]] inline u32 get_u32(std::istream& in);
-/// The same for a buffer that has not all of it right now, and for a stream that is not good.
-[[nodiscard]] u32 get_u32_slowly(std::istream& in);
-[[nodiscard]] u64 get_u64(std::istream& in);
+[[nodiscard]] inline u64 get_u64(std::istream& in);
 /// One byte; every other than 0 is true.
-[[nodiscard]] bool get_bool(std::istream& in);
+[[nodiscard]] inline bool get_bool(std::istream& in);
 [[nodiscard]] GUID get_guid(std::istream& in);
 /// What put_string() wrote.  Memory grows with the bytes that are there, not with the length that is announced.
 [[nodiscard]] std::string get_string(std::istream& in);
@@ -78,19 +74,41 @@ public:
     }
 };
 
-// Records are numbers of this width, nearly all of them.
-inline void put_u32(std::ostream& out, u32 value) {
-    char* const at = out.good() ? buffer_window::claim(*out.rdbuf(), 4) : nullptr;
-    if (!at) return put_u32_slowly(out, value);
-    for (unsigned i = 0; i != 4; ++i) at[i] = static_cast<char>(value >> (8 * i) & 0xFF);
+// Records are small fields: most are moved between two reads and writes of the buffer's own pointers.
+
+/// Puts a number byte by byte: where the buffer has no room for all of it right now, and where the stream is not good.
+template <class Number>
+void put_slowly(std::ostream& out, Number value);
+template <class Number>
+[[nodiscard]] Number get_slowly(std::istream& in);
+
+template <class Number>
+void put_number(std::ostream& out, Number value) {
+    char* const at = out.good() ? buffer_window::claim(*out.rdbuf(), sizeof(Number)) : nullptr;
+    if (!at) return put_slowly(out, value);
+    for (std::size_t i = 0; i != sizeof(Number); ++i) at[i] = static_cast<char>(value >> (8 * i) & 0xFF);
 }
 
-inline u32 get_u32(std::istream& in) {
-    const char* const at = in.good() ? buffer_window::take(*in.rdbuf(), 4) : nullptr;
-    if (!at) return get_u32_slowly(in);
-    u32 value = 0;
-    for (unsigned i = 0; i != 4; ++i) value |= u32{static_cast<u8>(at[i])} << (8 * i);
+template <class Number>
+Number get_number(std::istream& in) {
+    const char* const at = in.good() ? buffer_window::take(*in.rdbuf(), sizeof(Number)) : nullptr;
+    if (!at) return get_slowly<Number>(in);
+    Number value = 0;
+    for (std::size_t i = 0; i != sizeof(Number); ++i)
+        value = static_cast<Number>(value | Number{static_cast<u8>(at[i])} << (8 * i));
     return value;
 }
+
+inline void put_u8(std::ostream& out, u8 value) { put_number(out, value); }
+inline void put_u16(std::ostream& out, u16 value) { put_number(out, value); }
+inline void put_u32(std::ostream& out, u32 value) { put_number(out, value); }
+inline void put_u64(std::ostream& out, u64 value) { put_number(out, value); }
+inline void put_bool(std::ostream& out, bool value) { put_u8(out, value ? 1 : 0); }
+
+inline u8 get_u8(std::istream& in) { return get_number<u8>(in); }
+inline u16 get_u16(std::istream& in) { return get_number<u16>(in); }
+inline u32 get_u32(std::istream& in) { return get_number<u32>(in); }
+inline u64 get_u64(std::istream& in) { return get_number<u64>(in); }
+inline bool get_bool(std::istream& in) { return get_u8(in) != 0; }
 
 } // namespace kelm

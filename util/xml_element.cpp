@@ -36,14 +36,26 @@ struct release_text {
 using wide_copy = std::unique_ptr<XMLCh, release_text>;
 using narrow_copy = std::unique_ptr<char, release_text>;
 
-wide_copy wide(const std::string& text) {
-    return wide_copy{XMLString::transcode(text.c_str(), XMLPlatformUtils::fgMemoryManager)};
+/// \returns where the text ends, or its first unit that is not of 7 bits. Units of 7 bits, which are nearly all, are the
+///          same in every code page that Xerces-C may work in, and need no transcoder.
+template <class Char>
+const Char* end_of_seven_bits(const Char* text) {
+    while (*text != 0 && static_cast<std::make_unsigned_t<Char>>(*text) < 0x80) ++text;
+    return text;
+}
+
+std::u16string wide(const std::string& text) {
+    const char* const begin = text.c_str();
+    const char* const end = end_of_seven_bits(begin);
+    if (*end == 0) return {begin, end};
+    return wide_copy{XMLString::transcode(begin, XMLPlatformUtils::fgMemoryManager)}.get();
 }
 
 std::optional<std::string> narrow(const XMLCh* text) {
     if (!text) return std::nullopt;
-    const narrow_copy copy{XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager)};
-    return copy.get();
+    const XMLCh* const end = end_of_seven_bits(text);
+    if (*end == 0) return std::string{text, end};
+    return narrow_copy{XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager)}.get();
 }
 
 /// A name in the form of the tree, on the stack: a document has many names, and they are short.
@@ -61,8 +73,7 @@ public:
 private:
     static constexpr std::size_t longest = 99;
 
-    /// 7-bit names, which are all of our own, are the same in every code page that Xerces-C may work in.
-    /// \returns false for any other name, and for one that has to be cut
+    /// \returns false for a name that is not of 7 bits, as all of our own are, and for one that has to be cut
     bool widens(const char* name) {
         std::size_t i = 0;
         for (; i != longest && name[i] != 0 && static_cast<u8>(name[i]) < 0x80; ++i)
@@ -76,6 +87,42 @@ private:
 
 bool is_called(const DOMElement* element, const wide_name& name) {
     return XMLString::equals(element->getNodeName(), name.get());
+}
+
+/// The elements right below another one, until a null comes.
+/// Xerces-C's own walk looks for entity references around elements, with a dynamic cast for each level; it serves from the
+/// first such reference on.
+class child_elements {
+public:
+    explicit child_elements(const DOMElement* of) : of_(of), node_(of->getFirstChild()) {}
+
+    DOMElement* next() {
+        for (; node_ && !is_left_to_dom_; node_ = node_->getNextSibling()) {
+            is_left_to_dom_ = node_->getNodeType() == DOMNode::ENTITY_REFERENCE_NODE;
+            if (node_->getNodeType() != DOMNode::ELEMENT_NODE) continue;
+            last_ = static_cast<DOMElement*>(node_);
+            node_ = node_->getNextSibling();
+            return last_;
+        }
+        if (is_left_to_dom_)
+            return last_ = last_ ? last_->getNextElementSibling() : of_->getFirstElementChild();
+        return nullptr;
+    }
+
+private:
+    const DOMElement* of_;
+    DOMNode* node_;
+    DOMElement* last_ = nullptr;
+    bool is_left_to_dom_ = false;
+};
+
+/// The value of an attribute. Nearly every one is a single text; what more there may be is left to Xerces-C.
+const XMLCh* value_of(const DOMElement* element, const wide_name& name) {
+    const xercesc::DOMAttr* const attribute = element->getAttributeNode(name.get());
+    if (!attribute) return element->getAttribute(name.get());
+    const DOMNode* const text = attribute->getFirstChild();
+    const bool is_single = text && text->getNodeType() == DOMNode::TEXT_NODE && !text->getNextSibling();
+    return is_single ? text->getNodeValue() : attribute->getValue();
 }
 
 // Kept: the first child node speaks for the whole text: a comment in front of the text stands for it.
@@ -103,7 +150,7 @@ void xml_element::append(xml_element made) const {
 
 void* xml_element::add_text(const std::string& text) const {
     if (!element_) return nullptr;
-    xercesc::DOMText* added = dom(element_)->getOwnerDocument()->createTextNode(wide(text).get());
+    xercesc::DOMText* added = dom(element_)->getOwnerDocument()->createTextNode(wide(text).c_str());
     dom(element_)->appendChild(added);
     return added;
 }
@@ -116,23 +163,24 @@ void xml_element::add_cdata(const std::u16string& text) const {
 void xml_element::set_attribute(const char* name, const std::string& value) const {
     if (!element_) return;
     xercesc::DOMAttr* attribute = dom(element_)->getOwnerDocument()->createAttribute(wide_name{name}.get());
-    attribute->setNodeValue(wide(value).get());
+    attribute->setNodeValue(wide(value).c_str());
     dom(element_)->setAttributeNode(attribute);
 }
 
 xml_element xml_element::first(const char* name) const {
     if (!element_) return xml_element{nullptr};
     const wide_name wanted{name};
-    DOMElement* child = dom(element_)->getFirstElementChild();
-    while (child && !is_called(child, wanted)) child = child->getNextElementSibling();
+    child_elements below{dom(element_)};
+    DOMElement* child = below.next();
+    while (child && !is_called(child, wanted)) child = below.next();
     return xml_element{child};
 }
 
 void xml_element::append_children(const char* name, std::vector<void*>& out) const {
     if (!element_) return;
     const wide_name wanted{name};
-    for (DOMElement* child = dom(element_)->getFirstElementChild(); child;
-         child = child->getNextElementSibling())
+    child_elements below{dom(element_)};
+    while (DOMElement* const child = below.next())
         if (is_called(child, wanted)) out.push_back(child);
 }
 
@@ -148,7 +196,7 @@ std::vector<void*> xml_element::all_below(const char* name) const {
 
 std::optional<std::string> xml_element::attribute(const char* name) const {
     if (!element_) return std::nullopt;
-    return narrow(dom(element_)->getAttribute(wide_name{name}.get()));
+    return narrow(value_of(dom(element_), wide_name{name}));
 }
 
 std::optional<std::string> xml_element::text() const { return narrow(first_value(element_)); }

@@ -93,6 +93,54 @@ TEST_F(delta_edges, none_is_given_when_its_messages_were_dropped_meanwhile) {
     EXPECT_EQ(told_of([&] { a->set_property(props::number, number(2)); }), "modified a\n  11: '1' -> '2'\n");
 }
 
+TEST_F(delta_edges, one_may_be_let_go_behind_the_messages_that_it_was_made_of) {
+    const long before = counted_value::alive;
+    object* const doomed = thing("doomed");
+    doomed->set_property(props::number, counted_value{1});
+    model->clear_history();
+    change([&] {
+        doomed->set_property(props::number, counted_value{2});
+        a->set_property(props::number, counted_value{3});
+        fw.delete_object(doomed);
+    });
+    shared_ptr<delta> kept = model->delta_since(nullptr);
+    ASSERT_TRUE(kept);
+    model->clear_history();
+    EXPECT_EQ(counted_value::alive, before + 1) << "what it borrowed has gone";
+    kept.reset();
+    EXPECT_EQ(counted_value::alive, before + 1) << "and nothing goes twice";
+}
+
+TEST_F(delta_edges, trees_deeper_than_the_stack_may_come_and_go) {
+    constexpr int levels = 50000;
+    object* lowest = root;
+    change([&] {
+        for (int i = 0; i != levels; ++i) lowest = fw.create_object(types::thing, lowest);
+        lowest->set_property(props::name, text("lowest"));
+    });
+    object* const top = root->child_at(types::thing, 1);
+    {
+        const auto all = model->delta_since(nullptr);
+        ASSERT_TRUE(all);
+        EXPECT_EQ(all->created_details().size(), 1u);
+    }
+    model->clear_history();
+    change([&] { fw.delete_object(top); });
+    const auto all = model->delta_since(nullptr);
+    ASSERT_TRUE(all);
+    ASSERT_EQ(all->deleted_details().size(), 1u);
+    delta_detail* detail = all->deleted_details()[0];
+    int below = 0;
+    while (true) {
+        const auto inside = detail_cast<detail_delete>(detail)->child_details();
+        if (inside.empty()) break;
+        detail = inside[0];
+        ++below;
+    }
+    EXPECT_EQ(below, levels - 1);
+    EXPECT_EQ(detail->object_id(), lowest->id());
+}
+
 TEST_F(delta_edges, the_last_one_is_made_once) {
     object* const h = hooked("h");
     change([&] { h->set_property(props::text, text("x")); });

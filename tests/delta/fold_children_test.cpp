@@ -166,6 +166,23 @@ TEST_F(folded_order, of_a_child_that_left_is_told_all_the_same) {
               "modified o\n  child a 0 -> 2\n");
 }
 
+TEST_F(folded_order, keeps_telling_of_an_owner_that_was_deleted_before) {
+    const auto delete_owner_alone = [&] {
+        owner->remove_child(a);
+        owner->remove_child(b);
+        fw.delete_object(owner);
+        owner->add_child(a);
+        owner->add_child(b);
+    };
+    change(delete_owner_alone);
+    change([&] { place(a, 1); });
+    EXPECT_EQ(last_told(), "modified \n  child a 0 -> 1\n") << "it has no name any more";
+    EXPECT_EQ(told(), "deleted o of root at 0\n"
+                      "  deleted c of nobody at 0\n"
+                      "modified \n  child a 0 -> 1\n")
+        << "children that came out of it are no part of its deletion";
+}
+
 TEST_F(folded_order, counts_in_the_run_of_the_type) {
     object* const p = part("p", owner);
     part("q", owner);

@@ -6,12 +6,26 @@
 #include "tests/support/consistency.h"
 #include "tests/support/linked_type.h"
 
+#include <kelm/io_references.h>
+#include <kelm/message.h>
+#include <kelm/message_history.h>
+
 #include <cstdlib>
 #include <new>
 
 namespace kelm::test {
 
 namespace {
+
+/// Frees the messages, also where reading throws.
+struct owned_messages : std::vector<message*> {
+    owned_messages() = default;
+    owned_messages(const owned_messages&) = delete;
+    owned_messages& operator=(const owned_messages&) = delete;
+    ~owned_messages() {
+        for (const message* each : *this) delete each;
+    }
+};
 
 /// The framework, with code of an application wherever there can be any.
 framework& started_with_code() {
@@ -123,6 +137,14 @@ void fault_stage::keep_bytes(bool with_history) {
     std::ostringstream out;
     EXPECT_TRUE(model->write(&out, with_history, 0, false, nullptr));
     bytes = out.str();
+}
+
+bool fault_stage::read_log(std::istream& from, bool is_replay) {
+    owned_messages messages;
+    io_reference_manager references;
+    std::vector<object*> deleted;
+    return message_history::read_transactions(nullptr, from, messages, references, other, 8, 0, deleted,
+                                              is_replay);
 }
 
 std::vector<std::string> fault_stage::past() {

@@ -46,6 +46,8 @@ public:
     object* open_other();
     /// Has scenarios read what this writes.
     void keep_bytes(bool with_history);
+    /// Reads messages for the second model, plays them there when that is wanted, and frees them.
+    bool read_log(std::istream& from, bool is_replay);
     /// Goes all the way back and forth again.  \returns the states on the way, the oldest first
     std::vector<std::string> past();
 

@@ -2,8 +2,6 @@
 // What must hold behind a failure is fault_stage.
 #include "tests/faults/fault_stage.h"
 
-#include <kelm/io_references.h>
-#include <kelm/message.h>
 #include <kelm/message_history.h>
 
 #include <xercesc/framework/MemoryManager.hpp>
@@ -80,22 +78,9 @@ void log_for_replay(fault_stage& s) {
     s.bytes = log.str();
 }
 
-struct read_messages : std::vector<message*> {
-    read_messages() = default;
-    read_messages(const read_messages&) = delete;
-    read_messages& operator=(const read_messages&) = delete;
-    ~read_messages() {
-        for (const message* each : *this) delete each;
-    }
-};
-
 bool replay(fault_stage& s) {
     std::istringstream in{s.bytes};
-    read_messages messages;
-    io_reference_manager references;
-    std::vector<object*> deleted;
-    return message_history::read_transactions(nullptr, in, messages, references, s.other, 8, 0, deleted,
-                                              true);
+    return s.read_log(in, true);
 }
 
 bool read_document(fault_stage& s) { return s.other->read(nullptr, s.document->root()); }

@@ -6,7 +6,6 @@
 #include "tests/support/full_buffer.h"
 #include "tests/support/throwing_buffer.h"
 
-#include <kelm/io_references.h>
 #include <kelm/message_history.h>
 
 #include <gtest/gtest.h>
@@ -115,15 +114,6 @@ struct read_row {
 };
 void PrintTo(const read_row& row, std::ostream* out) { *out << row.name; }
 
-struct owned_messages : std::vector<message*> {
-    owned_messages() = default;
-    owned_messages(const owned_messages&) = delete;
-    owned_messages& operator=(const owned_messages&) = delete;
-    ~owned_messages() {
-        for (const message* each : *this) delete each;
-    }
-};
-
 const read_row read_rows[] = {
     {"model", [](fault_stage& s) { s.keep_bytes(true); },
      [](fault_stage& s, std::istream& in) { return s.other->read(&in, nullptr); }},
@@ -143,14 +133,7 @@ const read_row read_rows[] = {
          s.model->history()->write_messages(nullptr, &out, 0, false);
          s.bytes = out.str();
      },
-     [](fault_stage& s, std::istream& in) {
-         owned_messages messages;
-         io_reference_manager references;
-         std::vector<object*> deleted;
-         return message_history::read_transactions(nullptr, in, messages, references, s.other, 8, 0, deleted,
-                                                   false) &&
-                in.good();
-     }},
+     [](fault_stage& s, std::istream& in) { return s.read_log(in, false) && in.good(); }},
 };
 
 class read : public testing::TestWithParam<read_row> {

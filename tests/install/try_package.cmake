@@ -41,14 +41,19 @@ run(${CMAKE_COMMAND} --build ${scratch}/build)
 run(${scratch}/build/outside)
 run(${scratch}/build/outside_laws)
 
-# The same program by what pkg-config tells of the install.
-if(pkg_config)
-    file(GLOB_RECURSE pc ${scratch}/prefix/kelm.pc)
+# The same programs by what pkg-config tells of the install.
+function(try_pkg_config library source)
+    file(GLOB_RECURSE pc ${scratch}/prefix/${library}.pc)
     get_filename_component(pc_dir ${pc} DIRECTORY)
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pc_dir} ${pkg_config} --cflags --libs kelm
+        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pc_dir} ${pkg_config} --cflags --libs ${library}
         OUTPUT_VARIABLE told OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     separate_arguments(told UNIX_COMMAND "${told}")
     separate_arguments(flags UNIX_COMMAND "${flags}")
-    run(${compiler} ${flags} -std=c++20 ${outside}/main.cpp ${told} -o ${scratch}/by_pkg_config)
+    run(${compiler} ${flags} -std=c++20 ${outside}/${source} ${told} -o ${scratch}/by_pkg_config_${library})
+endfunction()
+
+if(pkg_config)
+    try_pkg_config(kelm main.cpp)
+    try_pkg_config(kelm-testing laws.cpp)
 endif()

@@ -2,6 +2,7 @@
 // What is freed at all is told by the tests of each family and by the random laws.
 #include "object/model_impl.h"
 #include "tests/object/transaction_world.h"
+#include "tests/support/consistency.h"
 #include "tests/support/counted_value.h"
 
 namespace kelm::test {
@@ -262,6 +263,74 @@ TEST_F(history_release, so_it_may_when_nothing_is_under_way) {
         EXPECT_EQ(value(), "3");
         EXPECT_EQ(objects(), before);
         outside.when_left = nullptr;
+        model->clear_history();
+    }
+}
+
+/// A value of an application's own kind that acts when it is freed.
+class acting_value final : public abstract_property {
+public:
+    static inline std::function<void()> when_freed;
+
+    acting_value() = default;
+    acting_value(const acting_value&) = default;
+    ~acting_value() override {
+        if (when_freed) when_freed();
+    }
+    owned<abstract_property*> clone() const override { return new acting_value(*this); }
+    bool equals(const abstract_property*) const override { return false; }
+    std::string to_string() const override { return "acting"; }
+    void to_string(std::string& out) const override { out = to_string(); }
+    void from_string(const std::string&) override {}
+    void write(std::ostream&) const override {}
+    void read(std::istream&, std::vector<reference_record>&, object*) override {}
+};
+
+TEST_F(history_release, freeing_a_value_may_run_such_code_as_well) {
+    object* const b = part("b");
+    const struct {
+        const char* why;
+        std::function<void()> drop;
+    } rows[] = {
+        {"the history is forgotten", [&] { model->clear_history(); }},
+        {"the limit cuts", [&] { model->set_undo_levels(1); }},
+        {"a transaction closes under a limit",
+         [&] {
+             model->set_undo_levels(2);
+             change("1"), change("2"), change("3");
+         }},
+        {"a rollback", [&] { model->rollback_last_transaction(); }},
+        {"the redo side goes", [&] { model->undo(), begin(), end(); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        model->set_undo_levels(9);
+        for (int i = 0; i != 3; ++i) { // of each transaction the log has a value, and so has redo
+            begin();
+            b->set_property(props::number, acting_value());
+            b->set_property(props::real, acting_value());
+            b->delete_property(props::number);
+            end();
+        }
+        int calls = 0;
+        acting_value::when_freed = [&] {
+            if (++calls > 20) return; // what is dropped here drops more
+            a->set_property(props::number, number(calls));
+            change("freed " + std::to_string(calls));
+            model->find_transaction(4711, nullptr); // looks at every message
+            model->clear_history();
+        };
+        row.drop();
+        EXPECT_GT(calls, 0);
+        EXPECT_EQ(as_text(a->get_property(props::number)), std::to_string(std::min(calls, 20)));
+        acting_value::when_freed = nullptr;
+        EXPECT_EQ(broken_links(*model), "");
+        model->rollback_transaction_all();
+        model->clear_history();
+        change("behind");
+        model->undo();
+        EXPECT_FALSE(model->in_transaction());
+        for (const u32 id : {props::number, props::real}) b->delete_property(id);
         model->clear_history();
     }
 }

@@ -2,6 +2,7 @@
 // What a user of a model sees of it in the large is told by the tests of models.
 #include "object/model_impl.h"
 #include "tests/object/transaction_world.h"
+#include "tests/support/consistency.h"
 
 namespace kelm::test {
 namespace {
@@ -285,6 +286,85 @@ TEST_F(history_walk, who_hears_it_may_forget_the_history_at_any_moment) {
             model->clear_history();
         }
     }
+}
+
+// Nobody may do so; what it leads to is not promised, but that the walk ends and what comes behind it works.
+TEST_F(history_walk, who_hears_it_and_changes_the_model_all_the_same_breaks_nothing) {
+    const struct {
+        const char* why;
+        void (kelm::model::*walk)();
+        bool undone_before;
+        bool left_open;
+    } walks[] = {
+        {"undo", &kelm::model::undo, false, false},
+        {"redo", &kelm::model::redo, true, false},
+        {"rollback of the last", &kelm::model::rollback_last_transaction, false, false},
+        {"rollback of all", &kelm::model::rollback_transaction_all, false, true},
+        {"rollback of a level", &kelm::model::rollback_transaction, false, true},
+    };
+    object* bystander = nullptr;
+    const struct {
+        const char* why;
+        std::function<void()> change;
+    } changes[] = {
+        {"a value", [&] { a->set_property(props::number, number(7)); }},
+        {"the very value", [&] { set("meanwhile"); }},
+        {"an object comes", [&] { fw.create_object(types::part, root); }},
+        {"all children go", [&] { root->remove_children(nullptr); }},
+        {"a bystander goes", [&] { fw.delete_object(bystander); }},
+        {"a whole transaction",
+         [&] {
+             begin("own");
+             a->delete_property(props::text);
+             end();
+         }},
+        {"one that stays open", [&] { begin("left open"); }},
+        {"an end", [&] { end(); }},
+        {"less to undo", [&] { model->set_undo_levels(1); }},
+    };
+    for (const auto& row : walks)
+        for (const auto& meddling : changes) {
+            bool was_reached = true;
+            for (int moment = 0; was_reached; ++moment) {
+                SCOPED_TRACE(std::string(row.why) + ", " + meddling.why + " at " + std::to_string(moment));
+                model->set_undo_levels(-1);
+                bystander = part("bystander");
+                object* const b = part("b");
+                change("before");
+                begin("walked");
+                set("x");
+                fw.delete_object(b);
+                fw.create_object(types::part, root)->set_property(props::name, text("c"));
+                if (!row.left_open) end();
+                if (row.undone_before) model->undo();
+                recorder every;
+                every.watch(root);
+                every.watch(a);
+                int so_far = 0;
+                every.meanwhile = [&](message*) {
+                    if (so_far++ == moment) meddling.change();
+                };
+                (model->*row.walk)();
+                every.meanwhile = nullptr;
+                was_reached = so_far > moment;
+                EXPECT_TRUE(was_reached || moment > 3) << "a walk of few words";
+                EXPECT_EQ(broken_links(*model), "");
+                EXPECT_FALSE(model->is_undoing() || model->is_redoing() || model->is_rolling_back());
+                model->rollback_transaction_all();
+                while (model->can_undo()) model->undo();
+                while (model->can_redo()) model->redo();
+                EXPECT_EQ(broken_links(*model), "");
+                model->clear_history();
+                model->set_undo_levels(-1); // undos that were overtaken count against a limit
+                change("behind");
+                EXPECT_EQ(message_types(), "1 7 2");
+                model->undo();
+                EXPECT_EQ(message_types(), "");
+                root->remove_children(nullptr);
+                root->add_child(a);
+                model->clear_history();
+            }
+        }
 }
 
 // An end whose begin is not in the log cannot come from transactions; a bad file could bring one.

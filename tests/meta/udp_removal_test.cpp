@@ -64,6 +64,35 @@ TEST_F(user_defined_properties, values_far_down_the_tree_are_deleted_as_well) {
         EXPECT_EQ(chain[at]->defines_property(first_id), chain[at]->type() == column_type) << at;
 }
 
+TEST_F(user_defined_properties, hooks_may_delete_others_while_a_removal_goes_through_the_values) {
+    constexpr u32 hooked = test::types::hooked;
+    model_->set_undo_levels(0);
+    define("Owner", {hooked});
+    std::vector<object*> all;
+    for (int i = 0; i != 6; ++i) {
+        all.push_back(make(hooked));
+        ASSERT_TRUE(set(all.back(), first_id, text("Ann")));
+    }
+    ASSERT_TRUE(change([&] { return all[5]->set_owner(all[4]); })); // goes with its owner
+    model_->clear_history();
+    int asked = 0;
+    test::hook_program& hooks = test::hook_program::instance();
+    hooks.on<pre_prop_delete_semantic>([&](test::hook_call& call) {
+        if (call.numbers[0] != first_id) return true;
+        ++asked;
+        if (asked != 1) return true;
+        framework& fw = framework::instance();
+        for (object* const each : {all[1], all[4]}) EXPECT_TRUE(fw.delete_object(each));
+        model_->clear_history(); // nothing keeps them any more
+        return make(hooked) != nullptr;
+    });
+    EXPECT_TRUE(model_->remove_user_defined_property(hooked, first_id));
+    hooks.clear();
+    EXPECT_EQ(asked, 3 + 3) << "of those that stay, and of each that goes";
+    EXPECT_EQ(made_on(hooked), nullptr);
+    for (const std::size_t at : {0u, 2u, 3u}) EXPECT_FALSE(all[at]->defines_property(first_id)) << at;
+}
+
 TEST_F(user_defined_properties, without_a_name_types_or_definition_the_property_goes) {
     define("Owner", {table_type, column_type});
     object* const table = make(table_type);

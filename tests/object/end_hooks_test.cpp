@@ -48,7 +48,7 @@ TEST_F(end_hooks, a_hook_behind_the_end_that_refuses_has_it_undone) {
     EXPECT_EQ(value(), "x") << "it stays on the redo side";
 }
 
-TEST_F(end_hooks, a_hook_behind_the_end_cannot_refuse_what_cannot_be_undone) {
+TEST_F(end_hooks, keeps_what_is_refused_behind_the_end_where_it_cannot_be_undone) {
     const struct {
         const char* why;
         std::function<void()> prepare;
@@ -72,6 +72,8 @@ TEST_F(end_hooks, a_hook_behind_the_end_cannot_refuse_what_cannot_be_undone) {
         EXPECT_EQ(model->end_transaction(), nullptr);
         EXPECT_EQ(value(), row.why);
         EXPECT_TRUE(fw.in_semantic()) << "nothing has cleared it";
+        EXPECT_FALSE(model->can_undo());
+        EXPECT_FALSE(model->can_redo());
     }
 }
 

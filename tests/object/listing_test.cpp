@@ -2,6 +2,8 @@
 // Changing the list is children_test and child_order_test.
 #include "tests/object/hook_lines.h"
 
+#include <functional>
+#include <random>
 #include <set>
 
 namespace kelm::test {
@@ -30,10 +32,26 @@ public:
     bool do_it(const object* a, const object* b) const override { return own_name(a) > own_name(b); }
 };
 
-/// Contradicts itself: each object comes before each.
+/// Contradicts itself: each object comes before each, or whatever a number drawn says.
 class unruly final : public sorter {
 public:
-    bool do_it(const object*, const object*) const override { return true; }
+    explicit unruly(bool is_moody) : is_moody_(is_moody) {}
+    bool do_it(const object*, const object*) const override { return !is_moody_ || draw_() % 2 == 0; }
+
+private:
+    bool is_moody_;
+    mutable std::minstd_rand draw_;
+};
+
+/// Has an order, and does something whenever it is asked.
+class meddling_order final : public sorter {
+public:
+    bool do_it(const object* a, const object* b) const override {
+        meanwhile();
+        return own_name(a) < own_name(b);
+    }
+
+    std::function<void()> meanwhile;
 };
 
 class listing_test : public world {
@@ -121,10 +139,32 @@ TEST_F(listing_test, survives_a_filter_that_changes_the_list) {
     EXPECT_EQ(own_names(owner->children()), "c e d");
 }
 
+TEST_F(listing_test, survives_a_sorter_that_changes_the_list) {
+    model->set_undo_levels(0); // what is deleted would be freed at once
+    meddling_order order;
+    order.meanwhile = [&] {
+        if (a->state() != state::normal) return;
+        owner->remove_child(b);
+        fw.delete_object_transacted(a);
+        fw.create_object_transacted(types::part, owner, nullptr);
+        EXPECT_FALSE(fw.delete_object(root));
+    };
+    EXPECT_EQ(owner->children(&order).size(), 5u);         // what was there at the beginning
+    EXPECT_EQ(own_names(owner->children()), "c none e d"); // the new one has no name
+}
+
+// Sorts of the standard library run out of a list as long as this.
 TEST_F(listing_test, survives_a_sorter_that_contradicts_itself) {
-    unruly order;
-    std::vector<object*> sorted = owner->children(&order);
-    EXPECT_EQ(std::set<object*>(sorted.begin(), sorted.end()), (std::set<object*>{a, b, c, d, e}));
+    object* const top = thing("top");
+    for (int i = 0; i != 300; ++i) part("p", top);
+    const std::vector<object*> all = top->children();
+    for (const bool is_moody : {false, true}) {
+        SCOPED_TRACE(is_moody);
+        unruly order{is_moody};
+        const std::vector<object*> sorted = top->children(&order);
+        EXPECT_EQ(sorted.size(), all.size());
+        EXPECT_EQ(std::set<object*>(sorted.begin(), sorted.end()), std::set<object*>(all.begin(), all.end()));
+    }
 }
 
 TEST_F(listing_test, sorts_lists_of_any_length) {

@@ -122,6 +122,37 @@ TEST_F(object_observers_test, an_observing_object_reacts_through_its_hooks) {
     EXPECT_EQ(dump(), before);
 }
 
+// What is answered is taken back by the very walk, and that is told as well: the undo ends when the answers do.
+TEST_F(object_observers_test, two_that_answer_each_other_hold_an_undo_up_as_long_as_they_do) {
+    object* const other = hooked("other");
+    begin();
+    watcher->attach(as_observer(other));
+    other->attach(as_observer(watcher));
+    end();
+    model->clear_history();
+    begin();
+    watcher->set_property(props::text, text("x"));
+    end();
+    for (const int most : {1, 10, 1000}) {
+        SCOPED_TRACE(most);
+        int answers = 0;
+        hooks.on<update_semantic>([&](hook_call& call) {
+            if (call.told->is_first_run() || answers == most) return true;
+            return call.at->set_property(props::number, number(++answers));
+        });
+        model->undo();
+        EXPECT_EQ(answers, most) << "there was never an end before";
+        EXPECT_EQ(model->message_count(), 0u);
+        EXPECT_FALSE(watcher->defines_property(props::text));
+        EXPECT_FALSE(watcher->defines_property(props::number));
+        EXPECT_FALSE(other->defines_property(props::number));
+        hooks.clear();
+        model->redo();
+        EXPECT_EQ(as_text(watcher->get_property(props::text)), "x");
+        EXPECT_FALSE(model->can_redo()) << "what was answered is redone in the same step";
+    }
+}
+
 TEST_F(object_observers_test, without_hooks_an_observing_object_accepts_and_leaves_the_mark) {
     object* const dull = thing("dull");
     subject_object->attach(as_observer(dull));

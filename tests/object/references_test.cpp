@@ -3,6 +3,9 @@
 #include "tests/object/hook_lines.h"
 
 #include <algorithm>
+#include <functional>
+#include <memory>
+#include <sstream>
 
 namespace kelm::test {
 
@@ -197,6 +200,111 @@ TEST_F(references_test, to_one_object_may_be_many) {
     EXPECT_EQ(model->message_count(), 3u * count + 8 - count);
     model->undo();
     EXPECT_EQ(hub->referencing_objects().size(), std::size_t{count} + 1);
+}
+
+// Lists inside lists: the target is not told of such references, so nothing takes them out when it goes.
+
+namespace {
+
+/// A list of a list of a list that refers to `target`, and to nothing.
+std::unique_ptr<vector_property> nested_list(object* target) {
+    auto innermost = std::make_unique<vector_property>();
+    innermost->elements.push_back(new property<object*>(target));
+    innermost->elements.push_back(new property<object*>(nullptr));
+    auto inner = std::make_unique<vector_property>();
+    inner->elements.push_back(innermost.release());
+    auto list = std::make_unique<vector_property>();
+    list->elements.push_back(inner.release());
+    return list;
+}
+
+object* target_in(const object& holder) {
+    const value_ptr whole = holder.get_property(props::list);
+    const abstract_property* at = whole.get();
+    while (const auto* const list = dynamic_cast<const vector_property*>(at)) at = list->elements.at(0);
+    return dynamic_cast<const property<object*>&>(*at).value;
+}
+
+} // namespace
+
+TEST_F(references_test, keeps_those_in_lists_inside_lists_out_of_back_lists) {
+    object* const target = thing("target");
+    object* const holder = thing("holder");
+    holder->set_property(props::list, *nested_list(target));
+    EXPECT_TRUE(target->referencing_objects().empty());
+    EXPECT_TRUE(holder->referenced_objects().empty());
+    ASSERT_TRUE(fw.delete_object(target));
+    EXPECT_EQ(target_in(*holder), target);
+    EXPECT_EQ(target->state(), state::deleted);
+}
+
+TEST_F(references_test, from_lists_inside_lists_lead_to_objects_that_stay_in_memory) {
+    object* const holder = thing("holder");
+    const struct {
+        const char* why;
+        std::function<void(object*)> refer;
+    } rows[] = {
+        {"a value is set", [&](object* to) { holder->set_property(props::list, *nested_list(to)); }},
+        {"an element is inserted",
+         [&](object* to) {
+             refer_to_all(holder, {});
+             holder->insert_vector_element(props::list, *nested_list(to)->elements[0], 0);
+         }},
+        {"an element is replaced",
+         [&](object* to) {
+             refer_to_all(holder, {holder});
+             holder->set_vector_element(props::list, *nested_list(to)->elements[0], 0);
+         }},
+        {"an element that is a flat list is inserted",
+         [&](object* to) {
+             vector_property flat;
+             flat.elements.push_back(new property<object*>(to));
+             refer_to_all(holder, {});
+             holder->insert_vector_element(props::list, flat, 0);
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        object* const target = thing("target");
+        const u32 id = target->id();
+        row.refer(target);
+        model->end_transaction();
+        model->begin_transaction("delete");
+        ASSERT_TRUE(fw.delete_object(target));
+        model->end_transaction();
+        model->clear_history();
+        model->begin_transaction("look");
+        EXPECT_EQ(model->find_object(id), nullptr);
+        ASSERT_EQ(target_in(*holder), target);
+        EXPECT_EQ(target->id(), id);
+        EXPECT_EQ(target->state(), state::deleted);
+        std::ostringstream out;
+        model->end_transaction();
+        EXPECT_TRUE(model->write(&out, true, 0, false, nullptr));
+        model->begin_transaction("next");
+    }
+}
+
+TEST_F(references_test, from_lists_inside_lists_that_were_read_do_so_too) {
+    thing("holder")->set_property(props::list, *nested_list(thing("target")));
+    model->end_transaction();
+    std::stringstream bytes;
+    ASSERT_TRUE(model->write(&bytes, false, 0, false, nullptr));
+    kelm::model* const twin = fw.create_object(type_id::model, nullptr)->model();
+    ASSERT_TRUE(twin->read(&bytes, nullptr));
+    object* const holder = twin->as_object()->children().at(0);
+    object* const target = target_in(*holder);
+    ASSERT_EQ(target, twin->as_object()->children().at(1));
+    twin->begin_transaction("delete");
+    ASSERT_TRUE(fw.delete_object(target));
+    twin->end_transaction();
+    twin->clear_history();
+    EXPECT_EQ(target_in(*holder), target);
+    EXPECT_EQ(target->state(), state::deleted);
+    std::ostringstream out;
+    EXPECT_TRUE(twin->write(&out, true, 0, false, nullptr));
+    fw.delete_object(twin->as_object());
+    model->begin_transaction("next");
 }
 
 } // namespace kelm::test

@@ -137,6 +137,28 @@ TEST_F(history_stream, deleted_objects_leave_the_ids_once_the_log_has_been_read)
     EXPECT_EQ(copy->find_object(id), nullptr);
 }
 
+TEST_F(history_stream, deleted_trees_deeper_than_the_stack_come_back) {
+    constexpr int levels = 50000;
+    begin();
+    object* lowest = root;
+    for (int i = 0; i != levels; ++i) lowest = fw.create_object(types::thing, lowest);
+    ASSERT_TRUE(lowest->set_property(props::name, text("lowest")));
+    end();
+    object* above = lowest;
+    while (above->owner() != root) above = above->owner();
+    model->clear_history();
+    begin();
+    ASSERT_TRUE(fw.delete_object(above));
+    end();
+    ASSERT_TRUE(load(saved(true)));
+    EXPECT_EQ(copy->find_object(lowest->id()), nullptr);
+    copy->undo();
+    object* const back = copy->find_object(lowest->id());
+    ASSERT_TRUE(back);
+    EXPECT_EQ(object_name(back), "lowest");
+    EXPECT_EQ(back->owner()->id(), lowest->owner()->id());
+}
+
 TEST_F(history_stream, refresh_comes_back_as_what_it_was) {
     const auto now = number(2);
     change([&] { ASSERT_TRUE(a->refresh_property(props::number, &now, nullptr)); });

@@ -12,8 +12,7 @@ namespace kelm::test {
 /// - an observer that refuses the making or deletion of an object.
 /// Left out of states that are compared: the definition, choices and multiline mark of a user-defined property, which
 /// do not come back with it.
-/// Left out of stored histories: values that the object's type does not declare; references in values of definitions, and
-/// bases, from which they would inherit such: as attributes of what definitions make they are read as null.
+/// Left out of stored histories: values that the object's type does not declare.
 /// Left out of repeated histories, since addresses decide who is asked or told first:
 /// - what objects do when they hear of another one: those who observe it are told in the order of their addresses;
 /// - with bases, whatever hooks and observers do besides: inheritors are asked and told in that order.
@@ -27,7 +26,7 @@ struct history_mix {
     bool answered = false; ///< its hooks do what they do by what they see alone, so that a twin's do the same
     bool copied = false;   ///< pasted into an empty twin
     bool repeated = false; ///< played more than once; leaves out what addresses decide
-    bool summed = false;   ///< its deltas compared with what differs; leaves out one kind of change
+    bool summed = false;   ///< its deltas compared with what differs; leaves out what these tell otherwise
 
     /// \returns whether hooks and observers just listen
     bool is_calm() const { return replayed || (repeated && bases); }

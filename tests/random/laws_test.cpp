@@ -2,24 +2,19 @@
 // back-lists equal what is stored, every value is freed once.
 // KELM_RANDOM_RUNS sets how many histories are played, KELM_RANDOM_SEED the first seed.
 #include "tests/random/random_histories.h"
+#include "tests/support/environment.h"
 #include "tests/support/world.h"
 
 #include "testing/law_companions.h"
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <functional>
 #include <iostream>
 
 namespace kelm::test {
 
 namespace {
-
-u64 from_environment(const char* name, u64 otherwise) {
-    const char* const given = std::getenv(name);
-    return given ? std::strtoull(given, nullptr, 10) : otherwise;
-}
 
 void hold_laws(history_mix mix) {
     const u64 runs = from_environment("KELM_RANDOM_RUNS", 600);

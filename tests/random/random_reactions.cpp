@@ -211,7 +211,6 @@ bool reactions::change_besides(object& what, const std::string& who) {
     case 3: {
         object* const base = any();
         if (!mix_.bases || base == &what || base->state() != state::normal) return true;
-        if (mix_.stored && what.type() == type_id::user_defined_property) return true;
         note(call + "insert_inherits_from(" + kelm::testing::code_of(base) + ", 0)");
         return what.insert_inherits_from(base, 0);
     }

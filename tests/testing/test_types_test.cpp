@@ -1,9 +1,13 @@
 // The kit and the types of all other tests: another meta model, with a hook of each kind.
+// KELM_LAW_OPERATIONS sets how many calls are played where all must hold, KELM_RANDOM_SEED the first seed.
 // What the kit catches is wrong_hooks_test.cpp.
 #include "tests/support/dom_document.h"
+#include "tests/support/environment.h"
 #include "tests/support/world.h"
 
 #include <kelm/testing/laws.h>
+
+#include <iostream>
 
 namespace kelm::test {
 
@@ -29,13 +33,20 @@ protected:
         nobody types;
         return kelm::testing::check_laws(types, options);
     }
+    static kelm::testing::law_options as_many_as_wanted() {
+        kelm::testing::law_options options;
+        options.operations = from_environment("KELM_LAW_OPERATIONS", 0);
+        options.seed = from_environment("KELM_RANDOM_SEED", options.seed);
+        options.progress = &std::cout;
+        return options;
+    }
     hook_program& hooks = hook_program::instance();
 };
 
 } // namespace
 
 TEST_F(law_kit, finds_nothing_where_all_hooks_pass) {
-    const auto report = hold();
+    const auto report = hold(as_many_as_wanted());
     EXPECT_TRUE(report.holds) << report.to_string();
 }
 
@@ -51,12 +62,12 @@ TEST_F(law_kit, finds_nothing_where_hooks_refuse_and_react_by_what_they_see) {
         return length % 3 == 0 ? call.at->delete_property(props::flag)
                                : call.at->set_property(props::number, number(length));
     });
-    const auto report = hold();
+    const auto report = hold(as_many_as_wanted());
     EXPECT_TRUE(report.holds) << report.to_string();
 }
 
 TEST_F(law_kit, finds_nothing_in_documents) {
-    kelm::testing::law_options options;
+    kelm::testing::law_options options = as_many_as_wanted();
     options.histories = 700;
     options.elements = [](const std::function<void(void*)>& use) {
         const dom_document document;
@@ -79,7 +90,7 @@ TEST_F(law_kit, catches_a_hook_that_remembers_what_was_read) {
         (*call.replaceable)->from_string(known->second);
         return true;
     });
-    const auto report = hold();
+    const auto report = hold({.seed = 1900, .histories = 5000});
     ASSERT_FALSE(report.holds);
     EXPECT_TRUE(report.broken == kelm::testing::law::undo_and_redo ||
                 report.broken == kelm::testing::law::rollback)

@@ -72,6 +72,20 @@ TEST_F(wrong_hooks, are_none_that_refuse_react_or_throw_by_what_they_see) {
     EXPECT_TRUE(report.holds) << report.to_string();
 }
 
+TEST_F(wrong_hooks, are_none_that_refuse_what_cannot_be_undone) {
+    int stayed = 0;
+    int undone = 0;
+    planted::at_end = [&](kelm::model* in) {
+        if (in->message_count() % 2 == 0) return true;
+        ++(in->can_undo() ? undone : stayed);
+        return false;
+    };
+    const law_report report = hold(law_set::all());
+    EXPECT_TRUE(report.holds) << report.to_string();
+    EXPECT_GT(stayed, 100) << "undo is off, or its limit is used up";
+    EXPECT_GT(undone, 100);
+}
+
 TEST_F(wrong_hooks, that_number_from_outside_the_model_are_caught) {
     int numbers = 0;
     planted::behind_create = [&](object* at) { return at->set_property(props::count, number(++numbers)); };

@@ -29,6 +29,37 @@ TEST_F(xml_helpers, children_are_found_by_name_in_document_order) {
     EXPECT_EQ(get_xml_elem(parsed.root(), "a"), found[1]);
 }
 
+TEST_F(xml_helpers, children_that_an_entity_stands_for_are_found_in_their_place) {
+    const dom_document parsed("<!DOCTYPE r [<!ENTITY two \"<a i='2'/><a i='3'/>\"><!ENTITY none 'text'>"
+                              "<!ENTITY three \"&two;<b/><a i='4'/>\">]>"
+                              "<r>&none;<a i='1'/>&three;<a i='5'/>&none;<a i='6'/>&none;</r>");
+    ASSERT_EQ(parsed.root_element()->getFirstChild()->getNodeType(), xercesc::DOMNode::ENTITY_REFERENCE_NODE);
+    std::vector<void*> found;
+    get_child_elems_by_name(parsed.root(), "a", found);
+    ASSERT_EQ(found.size(), 6U);
+    for (unsigned i = 0; i != 6; ++i) {
+        unsigned number = 0;
+        EXPECT_TRUE(get_xml_att(found[i], "i", number));
+        EXPECT_EQ(number, i + 1);
+    }
+    EXPECT_EQ(get_xml_elem(parsed.root(), "a"), found[0]);
+    EXPECT_NE(get_xml_elem(parsed.root(), "b"), nullptr);
+    EXPECT_EQ(get_xml_elem(parsed.root(), "c"), nullptr);
+}
+
+TEST_F(xml_helpers, an_attribute_may_be_made_of_several_nodes) {
+    const dom_document parsed("<r i='12' none=''/>");
+    xercesc::DOMAttr* const attribute = parsed.root_element()->getAttributeNode(u"i");
+    attribute->appendChild(parsed.dom()->createTextNode(u"34"));
+    ASSERT_NE(attribute->getFirstChild()->getNextSibling(), nullptr);
+    unsigned number = 0;
+    EXPECT_TRUE(get_xml_att(parsed.root(), "i", number));
+    EXPECT_EQ(number, 1234U);
+    number = 5;
+    get_xml_att(parsed.root(), "none", number);
+    EXPECT_EQ(number, 0U);
+}
+
 TEST_F(xml_helpers, a_child_of_another_name_is_not_found) {
     add_xml_elem(add_xml_elem(root, "child"), "grandchild");
     for (const char* name : {"grandchild", "Child", "chil", "childs", "", "root", "\xFF"}) {

@@ -19,8 +19,7 @@ namespace kelm::testing {
 /// ordering a child that its owner does not list; an element moved to a place behind the end; changes outside a
 /// transaction; a rollback of the last transaction while another one stands ready for redo.  Left out besides:
 /// definitions of user-defined properties, values of the kinds "Id Map" and of kinds without a maker, and where types have
-/// hooks, objects that observe one another in a circle: two that answer each other would do so for ever.  And where the
-/// model type has hooks behind transactions, limits on undo: what they refuse is not undone when the limit is used up.
+/// hooks, objects that observe one another in a circle: two that answer each other would do so for ever.
 enum class law : u32 {
     /// Undo leads to the text of the model before, redo to the one behind, over the whole history and back.  The end
     /// of a transaction changes nothing, and undo and redo throw nothing.
@@ -43,8 +42,8 @@ enum class law : u32 {
     /// deletion of a child that its deleted owner does not list, a base that is added twice; and where types have
     /// hooks, bases: what hooks change while a change of bases is being told cannot be understood.
     hearing,
-    /// A delta tells what differs between then and now.  Left out: a base that is added twice, a child added to a
-    /// deleted object, properties that summaries leave out, and types with hooks of reads, whose values are not stored.
+    /// A delta tells what differs between then and now.  Left out: a base that is added twice, properties that
+    /// summaries leave out, and types with hooks of reads, whose values are not stored.
     deltas,
     /// The same calls make the same bytes, so that nothing depends on what lies outside the model.  Left out, since
     /// addresses decide who is asked first: objects that observe others and, where types have hooks, bases.
