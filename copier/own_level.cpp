@@ -4,12 +4,15 @@
 
 #include "object/model_impl.h"
 
+#include <exception>
+
 namespace kelm {
 
 own_level::own_level(model& in)
     : in_(in), log_(impl_of(in.as_object())->owning_model()->log()), guard_(log_) {}
 
 bool own_level::open(const std::string& name) {
+    log_.take_back_interrupted(); // that would shorten the log below
     const std::size_t before = in_.message_count();
     const u32 id = in_.last_transaction_id() + 1;
     const bool was_heard = in_.begin_transaction(name) != nullptr;
@@ -31,8 +34,17 @@ void own_level::close() {
     repeat_while_open([this] { in_.end_transaction(); });
 }
 
+// What observers throw comes when the level they were told of is gone: the others still have to go.
 void own_level::roll_back() {
-    repeat_while_open([this] { in_.rollback_transaction(); });
+    std::exception_ptr thrown;
+    repeat_while_open([&] {
+        try {
+            in_.rollback_transaction();
+        } catch (...) {
+            if (!thrown) thrown = std::current_exception();
+        }
+    });
+    if (thrown) std::rethrow_exception(thrown);
 }
 
 /// Inner levels that a rule has left open go first.  A step that changes nothing, as inside of an undo, is the last.

@@ -24,6 +24,7 @@ public:
     /// Ends the level, with what is still open inside it.
     void close();
     /// Takes back the level, with what is still open inside it.  Nothing happens when it is not open.
+    /// \throws  the first of what observers throw, when all is taken back
     void roll_back();
 
 private:

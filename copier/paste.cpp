@@ -48,7 +48,10 @@ bool paste_run::run() {
             return true;
         }
     } catch (...) {
-        level_.roll_back();
+        try {
+            level_.roll_back();
+        } catch (...) { // why the paste failed says more
+        }
         throw;
     }
     level_.roll_back();

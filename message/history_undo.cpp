@@ -43,11 +43,14 @@ void message_history_impl::redo_next() {
     }
 }
 
-/// What cannot be taken back now waits for the next walk or transaction.
+/// What cannot be taken back now waits for the next walk, transaction or change.
 void message_history_impl::take_back(steps done) {
     const messages& gone = done.is_undo ? undone_messages_ : messages_; // who is told may have it forgotten
-    for (interrupted_ = done; interrupted_.count != 0 && !gone.empty(); --interrupted_.count)
+    interrupted_ = done;
+    while (interrupted_.count != 0 && !gone.empty()) {
         done.is_undo ? redo_next() : undo_newest();
+        if (interrupted_.count != 0) --interrupted_.count; // it is none when all is forgotten
+    }
     interrupted_ = {};
 }
 
@@ -60,12 +63,13 @@ void message_history_impl::give_up(const steps& done) noexcept {
 }
 
 // Whoever fails to hear of it has been told that undo or redo failed.
-void message_history_impl::take_back_interrupted() {
-    if (interrupted_.count == 0 || walking_) return;
+bool message_history_impl::take_back_rest() {
+    if (walking_) return false;
     const in_use guard{*this};
     const telling_walk unheard;
     const scoped_mark walk{walking_};
     take_back(interrupted_);
+    return true;
 }
 
 message* message_history_impl::undo() {
@@ -80,12 +84,10 @@ message* message_history_impl::undo() {
         scoped_mark mark{undoing_};
         --trans_executed_;
         steps done{.is_undo = true};
+        bool ran_out = false;
         try {
             for (bool reached = false; !reached; ++done.count) {
-                if (messages_.empty()) {
-                    mark.stay_set(); // Kept: until the next walk ends
-                    return nullptr;
-                }
+                if ((ran_out = messages_.empty())) break;
                 reached = last() == stop;
                 undo_newest();
             }
@@ -93,6 +95,11 @@ message* message_history_impl::undo() {
             ++trans_executed_;
             give_up(done);
             throw;
+        }
+        if (ran_out) {
+            mark.stay_set(); // Kept: until the next walk ends
+            told.end();
+            return nullptr;
         }
         ++undone_count_;
     }
@@ -113,12 +120,10 @@ message* message_history_impl::redo() {
         scoped_mark mark{redoing_};
         ++trans_executed_;
         steps done{.is_undo = false};
+        bool ran_out = false;
         try {
             for (bool reached = false; !reached; ++done.count) {
-                if (undone_messages_.empty()) {
-                    mark.stay_set(); // Kept: until the next walk ends
-                    return nullptr;
-                }
+                if ((ran_out = undone_messages_.empty())) break;
                 reached = undone_messages_.newest() == stop;
                 redo_next();
             }
@@ -126,6 +131,11 @@ message* message_history_impl::redo() {
             --trans_executed_;
             give_up(done);
             throw;
+        }
+        if (ran_out) {
+            mark.stay_set(); // Kept: until the next walk ends
+            told.end();
+            return nullptr;
         }
         --undone_count_;
     }

@@ -17,11 +17,13 @@ message_history_impl::~message_history_impl() {
 
 void message_history_impl::make_room() {
     messages_.make_room();
-    if (!undone_messages_.empty()) make_room_for_dropped(undone_messages_.size());
+    if (undone_messages_.empty()) return;
+    // A hook may have kept to itself that its undo failed.  A change would drop what is still to be taken back.
+    if (interrupted_.count != 0 && !walking_) throw std::bad_alloc{};
+    make_room_for_dropped(undone_messages_.size());
 }
 
 bool message_history_impl::add_message(std::unique_ptr<message_impl> what) {
-    if (interrupted_.count != 0 && as_begin(what.get())) take_back_interrupted();
     make_room();
     // An observer of undo or redo must not change anything; one that does leaves the walk its messages.
     if (!undone_messages_.empty() && (!walking_ || rolling_back_)) clear_undone();
@@ -52,8 +54,7 @@ bool message_history_impl::close_empty_transaction(std::unique_ptr<message_impl>
     if (begin.level() == 0) {
         --trans_executed_;
         end.set_level(0);
-        begin.set_partner(&end);
-        end.set_partner(&begin);
+        begin.join(end);
         messages_.push_back(std::move(end_message));
         try {
             model_object_.as_subject().notify(&end);
@@ -84,8 +85,7 @@ bool message_history_impl::close_level(tran_end_message_impl& end) {
     });
     if (open == messages_.rend()) return false;
     auto& begin = *as_begin(open->get());
-    begin.set_partner(&end);
-    end.set_partner(&begin);
+    begin.join(end);
 
     const in_use guard{*this};
     if (begin.level() == 0) {
@@ -193,7 +193,7 @@ tran_end_message_impl* message_history_impl::last_top_level_end() const {
 }
 
 bool message_history_impl::in_transaction() const {
-    if (messages_.empty() || undoing_ || redoing_ || rolling_back_) return false;
+    if (messages_.empty() || undoing_ || redoing_ || rolling_back_ || interrupted_.count != 0) return false;
     return !last_top_level_end();
 }
 

@@ -30,6 +30,10 @@ public:
     /// it until the last of them has gone.
     void adopt(std::vector<message*>& read);
 
+    /// Takes back what is left of an undo or redo that got stuck halfway.  Comes first in all that changes the model,
+    /// before anything is asked that the change depends on.
+    /// \returns whether there was anything
+    bool take_back_interrupted() { return interrupted_.count != 0 && take_back_rest(); }
     /// Has add_message() find room for a change that is about to be made, so that it cannot fail behind it.
     void make_room();
     /// Appends a message and ends the possibility of redo.
@@ -39,8 +43,8 @@ public:
     bool can_undo() const;
     bool can_redo() const;
     // What an observer throws while the log is walked leaves the walk at its end, and memory that runs out for an edit
-    // takes undo and redo back.  Where there is none for that either, the next walk or transaction does it first.  A
-    // rollback that could not go on is gone on with by the next one.
+    // takes undo and redo back.  Where there is none for that either, the next walk, transaction or change does it
+    // first.  A rollback that could not go on is gone on with by the next one.
 
     /// \returns the begin of what was undone, or null
     message* undo();
@@ -70,7 +74,7 @@ public:
     bool is_undoing() const { return undoing_; }
     bool is_redoing() const { return redoing_; }
     bool is_rolling_back() const { return rolling_back_; }
-    /// \returns whether the newest message is in no closed top-level transaction and no walk is under way
+    /// \returns whether the newest message is in no closed top-level transaction and no walk is under way, or stuck
     bool in_transaction() const;
     /// \returns whether undo, redo or a rollback is under way: none of them runs inside another.  Also where one got
     ///          stuck halfway.
@@ -121,7 +125,7 @@ private:
     void redo_next();
     void take_back(steps done);
     void give_up(const steps& done) noexcept;
-    void take_back_interrupted();
+    bool take_back_rest();
     std::unique_ptr<message_impl> undo_back_to(u32 level);
     std::unique_ptr<message_impl> undo_and_take_newest();
     void tell_rolled_back(std::unique_ptr<message_impl> begin, bool was_closed);

@@ -25,14 +25,6 @@ std::string& tran_end_message_impl::to_string(std::string& out) const {
     return out = " End Transaction - " + (partner() ? partner()->name() : std::string{});
 }
 
-void tran_end_message_impl::join(message* begin) {
-    if (!begin) return;
-    auto* const joined = message_cast<tran_begin_message_impl>(begin);
-    set_partner(joined);
-    if (auto* const former = joined->partner()) former->set_partner(nullptr);
-    joined->set_partner(this);
-}
-
 bool tran_end_message_impl::undo() {
     if (is_heard()) tell_inverse<tran_begin_message_impl>(&edit(), id(), std::string{});
     return true;

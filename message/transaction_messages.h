@@ -16,9 +16,7 @@ template <class Derived, class Face, class Partner, u32 Type>
 class bracket_message : public Face, public recorded<Derived> {
 public:
     explicit bracket_message(silent_edit* model) : recorded<Derived>(Type, model) {}
-    ~bracket_message() override {
-        if (partner_ && partner_->partner() == this) partner_->set_partner(nullptr);
-    }
+    ~bracket_message() override { let_go(); }
 
     u32 level() const final { return level_; }
     bool redo() final {
@@ -27,7 +25,18 @@ public:
     }
 
     void set_level(u32 level) { level_ = level; }
-    /// Null lets go of the one before.
+    /// Those that the two were joined with before let go: who changes a history while it is walked can end a transaction
+    /// twice.
+    void join(Partner& other) {
+        let_go();
+        other.let_go();
+        set_partner(&other);
+        other.set_partner(static_cast<Derived*>(this));
+    }
+    void let_go() {
+        if (partner_ && partner_->partner() == this) partner_->set_partner(nullptr);
+        partner_ = nullptr;
+    }
     void set_partner(Partner* other) { partner_ = other; }
     Partner* partner() const { return partner_; }
 
@@ -95,14 +104,12 @@ public:
             archive.number("processed_state", self.processed_state_);
             archive.text("processed_err_msg", self.processed_err_msg_);
         });
-        if constexpr (Archive::reads) self.join(archive.newest_begin(begin_id));
+        if constexpr (Archive::reads)
+            if (message* const begin = archive.newest_begin(begin_id))
+                self.join(*message_cast<tran_begin_message_impl>(begin));
     }
 
 private:
-    /// Links a begin; null stands for none.  An earlier end of that begin loses it, since a begin can let go of one end
-    /// only.
-    void join(message* begin);
-
     u32 processed_state_ = 1;
     std::string processed_err_msg_;
 };

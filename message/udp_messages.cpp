@@ -4,6 +4,7 @@
 
 #include "framework/values.h"
 #include "meta/meta_object_base.h"
+#include "meta/meta_property_impl.h"
 #include "meta/udp_definition.h"
 
 #include <kelm/model.h>
@@ -33,9 +34,13 @@ meta_property* udp_message_impl::own_property() const {
 
 // Kept: a property that comes back has its name and class, and after a removal its default.  Its definition,
 // choices and multiline mark are not part of these messages.
-meta_property* udp_presence_message_impl::add_property() {
+void udp_presence_message_impl::add_property(const abstract_property* default_value) {
     meta_object_base* const type = own_type();
-    return type ? type->add_property(udp_type_, udp_name_, udp_class_, {}) : nullptr;
+    if (!type) return;
+    // Made with its default, so that there is one change.
+    auto made = std::make_unique<meta_property_impl>(udp_type_, udp_name_, udp_class_, std::string{});
+    if (default_value) set_attribute(*made, attribute_id::default_value, *default_value);
+    type->add_existing_property(std::move(made));
 }
 
 void udp_presence_message_impl::remove_property() {
@@ -47,7 +52,7 @@ std::string& udp_presence_message_impl::describe(const char* action, std::string
 }
 
 bool udp_add_message_impl::redo() {
-    add_property();
+    add_property(nullptr);
     return true;
 }
 
@@ -68,9 +73,7 @@ bool udp_remove_message_impl::redo() {
 }
 
 bool udp_remove_message_impl::undo() {
-    meta_property* const back = add_property();
-    if (const auto* const value = default_value_.get(); back && value)
-        set_attribute(*back, attribute_id::default_value, *value);
+    add_property(default_value_.get());
     return true;
 }
 

@@ -51,8 +51,9 @@ protected:
                               std::string name, u32 udp_class)
         : udp_message_impl(type, model, owner, udp_type), udp_name_(std::move(name)), udp_class_(udp_class) {}
 
-    /// \returns the new property; null when it is there already, or the type is unknown
-    meta_property* add_property();
+    /// Nothing happens when it is there already, or the type is unknown.
+    /// \param default_value  null for none
+    void add_property(const abstract_property* default_value);
     void remove_property();
     /// `action`, then the name of the property and that of its type.
     std::string& describe(const char* action, std::string& out) const;

@@ -63,6 +63,7 @@ const semantic_table* meta_object_impl::merged_semantics() const {
                           [&](const semantic& hook) { return !base.is_semantic_excluded(hook.id()); });
     }
     if (semantics_) merged->merge(*semantics_, [](const semantic&) { return true; });
+    make_room(retired_semantics_); // so that it can always be forgotten
     if (!merged->empty()) all_semantics_ = std::move(merged);
     has_all_semantics_ = true;
     return all_semantics_.get();
@@ -88,16 +89,22 @@ bool meta_object_impl::update(subject*, message*) {
 
 void meta_object_impl::drop_caches() { forget_lists(); }
 
-// Each type once, also where many lines of inheritance lead to it.
-void meta_object_impl::drop_derived_caches() {
-    std::vector<observer*> below = observers();
-    for (std::size_t at = 0; at != below.size(); ++at) {
-        if (auto* const derived = dynamic_cast<meta_object_base*>(below[at])) derived->drop_caches();
-        const auto* const type = dynamic_cast<const meta_object_impl*>(below[at]);
-        if (!type) continue;
-        for (observer* who : type->observers())
-            if (std::ranges::find(below, who) == below.end()) below.push_back(who);
-    }
+std::vector<meta_object_base*> meta_object_impl::all_derived() const {
+    std::vector<meta_object_base*> below;
+    const auto collect = [&](const meta_object_impl& base) {
+        for (observer* who : base.observers())
+            if (auto* const derived = dynamic_cast<meta_object_base*>(who);
+                derived && std::ranges::find(below, derived) == below.end())
+                below.push_back(derived);
+    };
+    collect(*this);
+    for (std::size_t at = 0; at != below.size(); ++at)
+        if (const auto* const type = dynamic_cast<const meta_object_impl*>(below[at])) collect(*type);
+    return below;
+}
+
+void meta_object_impl::drop_caches_of(const std::vector<meta_object_base*>& those) noexcept {
+    for (meta_object_base* each : those) each->drop_caches();
 }
 
 void meta_object_impl::forget_lists() {

@@ -12,6 +12,12 @@
 
 namespace kelm {
 
+/// Has the next push_back not fail.
+template <class List>
+void make_room(List& list) {
+    if (list.size() == list.capacity()) list.reserve(2 * list.size() + 4);
+}
+
 /// Things by id: a sorted vector, binary searched without touching the things.
 template <class Thing>
 class id_index {
@@ -76,11 +82,6 @@ public:
     }
 
 private:
-    template <class List>
-    static void make_room(List& list) {
-        if (list.size() == list.capacity()) list.reserve(2 * list.size() + 4);
-    }
-
     std::vector<std::unique_ptr<Thing>> owned_; // parallel to in_order_
     std::vector<Thing*> in_order_;
     id_index<Thing> by_id_;

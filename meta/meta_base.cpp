@@ -84,8 +84,9 @@ const abstract_property* meta_base::search(u32 attribute, visited& been) const {
 
 void meta_base::add_base(meta_base* base) {
     if (!base || base == this || base->derives_from(*this)) return;
-    bases_.push_back(base);
+    bases_.reserve(bases_.size() + 1);
     base->attach(this); // once, however often it is a base
+    bases_.push_back(base);
 }
 
 void meta_base::remove_base(meta_base* base) {

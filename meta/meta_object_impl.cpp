@@ -43,10 +43,7 @@ meta_property* meta_object_impl::add_property(u32 id) {
 
 meta_property* meta_object_impl::add_property(u32 id, const std::string& name, u32 property_class,
                                               const std::string& definition) {
-    auto made = std::make_unique<meta_property_impl>(id);
-    made->describe(name, definition);
-    made->set_attribute_value(attribute_id::property_class, property<int>(static_cast<int>(property_class)));
-    return add_existing_property(std::move(made));
+    return add_existing_property(std::make_unique<meta_property_impl>(id, name, property_class, definition));
 }
 
 meta_property* meta_object_impl::add_existing_property(std::unique_ptr<meta_property_impl> made) {
@@ -54,9 +51,10 @@ meta_property* meta_object_impl::add_existing_property(std::unique_ptr<meta_prop
     notify(nullptr);
     if (own_properties_.holds(made->id())) return nullptr;
     made->set_owner(this);
+    const std::vector<meta_object_base*> below = all_derived();
     meta_property* const added = own_properties_.add(std::move(made));
     all_properties_.clear(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
     return added;
 }
 
@@ -81,10 +79,11 @@ meta_property* meta_object_impl::override_property(u32 id) {
 bool meta_object_impl::remove_property(u32 id) {
     all_properties_.clear();
     notify(nullptr);
+    if (!own_properties_.holds(id)) return false;
+    const std::vector<meta_object_base*> below = all_derived();
     const std::unique_ptr<meta_property> removed = own_properties_.take(id);
-    if (!removed) return false;
     all_properties_.clear(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
     return true;
 }
 
@@ -101,9 +100,10 @@ meta_composition* meta_object_impl::add_composition(u32 child_type, const std::s
         made->set_text(attribute_id::name, name);
         made->set_text(attribute_id::definition, definition);
     }
+    const std::vector<meta_object_base*> below = all_derived();
     meta_composition* const added = own_compositions_.add(std::move(made));
     all_compositions_.clear(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
     return added;
 }
 
@@ -139,10 +139,11 @@ bool meta_object_impl::add_semantic(semantic* hook) {
     notify(nullptr);
     if (!semantics_) semantics_ = std::make_unique<semantic_table>();
     const shared_ptr<semantic> held(hook, hook_deleter{});
+    const std::vector<meta_object_base*> below = all_derived();
     if (!semantics_->add(held)) return false;
     boost::get_deleter<hook_deleter>(held)->owns = true;
     forget_semantics(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
     return true;
 }
 
@@ -166,18 +167,20 @@ void meta_object_impl::add_base_type(meta_object* base) {
     auto* const type = dynamic_cast<meta_object_impl*>(base);
     if (!type || type == this || type->derives_from(*this)) return;
     update(this, nullptr);
+    const std::vector<meta_object_base*> below = all_derived();
     add_base(type);
     forget_lists(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
 }
 
 void meta_object_impl::remove_base_type(meta_object* base) {
     auto* const type = dynamic_cast<meta_object_impl*>(base);
     if (!type || std::ranges::find(bases_ref(), type) == bases_ref().end()) return;
     update(this, nullptr);
+    const std::vector<meta_object_base*> below = all_derived();
     remove_base(type);
     forget_lists(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
 }
 
 bool meta_object_impl::has_base_type(u32 type, bool recursive) const {
@@ -200,10 +203,11 @@ std::vector<meta_object*> meta_object_impl::base_types() const {
 void meta_object_impl::add_related_type(u32 type) {
     all_related_types_.reset();
     notify(nullptr);
+    const std::vector<meta_object_base*> below = all_derived();
     const auto at = std::ranges::lower_bound(own_related_types_, type);
     if (at == own_related_types_.end() || *at != type) own_related_types_.insert(at, type);
     all_related_types_.reset(); // whoever was told may have read
-    drop_derived_caches();
+    drop_caches_of(below);
 }
 
 bool meta_object_impl::has_related_type(u32 type) const {
@@ -213,9 +217,10 @@ bool meta_object_impl::has_related_type(u32 type) const {
 // Exclusions: they concern derived types alone, so the lists of this type stay.
 
 void meta_object_impl::exclude(std::vector<u32>& list, u32 id) {
-    if (!contains(list, id)) list.push_back(id);
     notify(nullptr);
-    drop_derived_caches();
+    const std::vector<meta_object_base*> below = all_derived();
+    if (!contains(list, id)) list.push_back(id);
+    drop_caches_of(below);
 }
 
 void meta_object_impl::exclude_composition(u32 child_type) { exclude(excluded_compositions_, child_type); }

@@ -17,8 +17,9 @@ namespace kelm {
 /// A type that holds its own declarations.  Its meta model owns it, or the proxy that it was made for.
 ///
 /// Every change forgets the lists that it touches, tells the observers, who are the derived types and the proxies,
-/// and only then is tried; so also a change that is then refused is told.  A type must outlive the proxies that
-/// show it.
+/// and only then is tried; so also a change that is then refused is told.  What they read meanwhile is forgotten once
+/// more behind the change, for which nothing is allocated: a change is done, or it fails and nothing has changed.
+/// A type must outlive the proxies that show it.
 class meta_object_impl final : public meta_thing<meta_object_base> {
 public:
     /// \param owner  borrowed: where child types are looked up
@@ -93,7 +94,10 @@ private:
     const flattened<meta_composition>& all_compositions() const;
     void forget_lists();
     void forget_semantics();
-    void drop_derived_caches();
+    /// \returns borrowed: all that keep lists of this type, directly or not, each once whatever lines of inheritance
+    ///          lead to it.  Asked for when all have been told, and before the change.
+    std::vector<meta_object_base*> all_derived() const;
+    static void drop_caches_of(const std::vector<meta_object_base*>& those) noexcept;
     void exclude(std::vector<u32>& list, u32 id);
 
     // Declared here.
@@ -114,7 +118,8 @@ private:
     mutable bool has_all_semantics_ = false;
     mutable std::optional<std::vector<u32>> all_related_types_;
     // Objects borrow a merged table for life: one that is out of date is kept aside, not freed.
-    std::vector<std::unique_ptr<semantic_table>> retired_semantics_;
+    // There is room for the present one.
+    mutable std::vector<std::unique_ptr<semantic_table>> retired_semantics_;
 };
 
 } // namespace kelm

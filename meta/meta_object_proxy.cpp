@@ -24,10 +24,10 @@ meta_object_impl& meta_object_proxy::own_target() {
     made->describe(target_->name(), target_->definition());
     made->copy_marks(*target_);
     made->add_base_type(target_);
+    made->attach(this); // the last that may fail
     target_->detach(this);
     own_ = std::move(made);
     target_ = own_.get();
-    target_->attach(this);
     compositions_.clear();
     return *own_;
 }
@@ -36,11 +36,13 @@ const std::vector<meta_composition*>& meta_object_proxy::compositions_ref() cons
     if (!compositions_.in_order().empty()) return compositions_.in_order();
     std::vector<meta_composition*> shown = target_->compositions();
     std::ranges::sort(shown, {}, &meta_composition::id);
+    declarations<meta_composition> all; // put aside: a list that is not empty is taken for complete
     for (meta_composition* original : shown) {
         auto made = std::make_unique<meta_composition_impl>(original->id(), meta_model_);
         made->add_base(original);
-        compositions_.add(std::move(made));
+        all.add(std::move(made));
     }
+    compositions_ = std::move(all);
     return compositions_.in_order();
 }
 

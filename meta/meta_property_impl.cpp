@@ -6,6 +6,13 @@
 
 namespace kelm {
 
+meta_property_impl::meta_property_impl(u32 id, const std::string& name, u32 property_class,
+                                       const std::string& definition)
+    : meta_thing(id) {
+    describe(name, definition);
+    set_attribute_value(attribute_id::property_class, property<int>(static_cast<int>(property_class)));
+}
+
 u32 meta_property_impl::property_class() const {
     return whole_number(find_attribute(attribute_id::property_class)).value_or(0);
 }

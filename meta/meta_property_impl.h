@@ -10,6 +10,8 @@ namespace kelm {
 class meta_property_impl final : public meta_thing<meta_property> {
 public:
     explicit meta_property_impl(u32 id = no_id) : meta_thing(id) {}
+    /// With a name, a class (data_type) and, when it is not empty, a definition.
+    meta_property_impl(u32 id, const std::string& name, u32 property_class, const std::string& definition);
 
     u32 property_class() const override;
     void add_base(meta_property* base) override;

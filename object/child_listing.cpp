@@ -1,12 +1,11 @@
 // Reading the children of an object: listings with filters and sorters, counts, positions.
 // The list itself is child_list.
-#include "object/model_impl.h"
+#include "object/read_in_progress.h"
 
 #include <kelm/filters.h>
 #include <kelm/sorters.h>
 
 #include <algorithm>
-#include <optional>
 
 namespace kelm {
 
@@ -50,9 +49,7 @@ void select(const child_list& from, const filter& leave_out, std::vector<object*
 
 std::size_t object_impl::children(std::vector<object*>& out, filter* leave_out, sorter* order) const {
     out.clear();
-    std::optional<message_history_impl::in_use>
-        guard; // a hook, filter or sorter must not close the model meanwhile
-    if (model_) guard.emplace(model_->log());
+    const read_in_progress guard{model_};
     object* const face = face_for_hooks();
     const bool passed = run_hooks<pre_children_get_semantic>(
         semantic_table_, [&](pre_children_get_semantic& h) { return h.do_it(face); });
@@ -95,6 +92,7 @@ std::size_t object_impl::child_count(filter* leave_out) const {
     if (!leave_out) return children_->size();
     if (const auto* const one = dynamic_cast<const obj_filter_type*>(leave_out))
         return children_->run_size(one->type());
+    const read_in_progress guard{model_};
     std::vector<object*> all;
     children_->append_to(all);
     return static_cast<std::size_t>(

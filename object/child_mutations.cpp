@@ -156,11 +156,13 @@ bool object_impl::add_child(object* child) {
 }
 
 bool object_impl::remove_child(object* child) {
+    take_back_interrupted(*this);
     if (!children_ || !child) return true;
     return mutate(remove_child_row{{{*this}, *impl_of(child)}});
 }
 
 bool object_impl::remove_children(filter* which) {
+    take_back_interrupted(*this);
     if (!children_) return true;
     std::vector<object*> listed;
     children(listed, which);

@@ -77,7 +77,9 @@ object* framework_impl::create_object(u32 type, object* owner) {
     if (type == type_id::library) return nullptr; // it could draw its id from nobody
     if (type == type_id::model) return owner ? nullptr : create_model();
     object_impl* const place = owner ? impl_of(owner) : nullptr;
-    if (!place || !place->owning_model() || place->is_deleted()) return nullptr;
+    if (!place || !place->owning_model()) return nullptr;
+    take_back_interrupted(*place);
+    if (place->is_deleted()) return nullptr;
     if (!can_be_made(place->owning_model()->types().find_meta_object(type))) return nullptr;
     return create_plain(type, *place);
 }
@@ -88,6 +90,7 @@ object* framework_impl::create_model() {
     models_.push_back(made.get());
     model_impl& in = *made;
     try {
+        const message_history_impl::in_use guard{in.log()}; // a hook must not close what is being made
         in.begin_transaction("New Model");
         in.set_state(state::being_created);
         in.enter_id_map();
@@ -133,6 +136,7 @@ object_impl* object_impl::make_stored(u32 type, model_impl& in) {
 bool framework_impl::delete_object(object* what) {
     if (!what) return false;
     object_impl& self = *impl_of(what);
+    if (self.type() != type_id::model) take_back_interrupted(self); // a model that is closed needs it no more
     if (self.state() != state::normal) return true;
     if (self.type() == type_id::model) return close_model(self, false);
     if (!self.owner_object() || !self.owning_model()) return false;
@@ -177,6 +181,7 @@ bool framework_impl::delete_objects(const std::vector<object*>& objects) {
     for (const object* each : objects) {
         kelm::model* const in = model_of(each);
         if (!in) continue;
+        take_back_interrupted(*impl_of(each));
         notes.emplace_back(GUID{}, each->id());
         in->model_id(notes.back().first);
     }

@@ -212,6 +212,7 @@ private:
 bool object_impl::add_inherits_from(object* base) { return mutate(add_base_row{{{*this}}, base}); }
 
 bool object_impl::insert_inherits_from(object* base, std::size_t position) {
+    take_back_interrupted(*this);
     const step tested = test_base(*this, base);
     if (tested != step::go_on) return tested == step::nothing_to_do || refuse();
     return mutate(insert_base_row{{{*this}}, base, position});
@@ -220,6 +221,7 @@ bool object_impl::insert_inherits_from(object* base, std::size_t position) {
 bool object_impl::cancel_inherits_from(object* base) { return mutate(cancel_base_row{{{*this}}, base}); }
 
 bool object_impl::cancel_all_inherits_from() {
+    take_back_interrupted(*this);
     if (!links().inherits_from) return true;
     const std::vector<object_impl*> listed = *links().inherits_from;
     for (auto each = listed.rbegin(); each != listed.rend(); ++each)
@@ -228,6 +230,7 @@ bool object_impl::cancel_all_inherits_from() {
 }
 
 bool object_impl::replace_inherits_from_at(object* base, std::size_t position) {
+    take_back_interrupted(*this);
     const step tested = test_base(*this, base);
     if (tested != step::go_on) return tested == step::nothing_to_do || refuse();
     object* const former = inherits_from_at(position);
@@ -235,11 +238,13 @@ bool object_impl::replace_inherits_from_at(object* base, std::size_t position) {
 }
 
 bool object_impl::replace_inherits_from(object* new_base, object* old_base) {
+    take_back_interrupted(*this);
     const std::size_t position = inherits_from_position(old_base);
     return position != npos && replace_inherits_from_at(new_base, position);
 }
 
 bool object_impl::set_inherits_from_position(object* base, std::size_t position) {
+    take_back_interrupted(*this);
     if (test_base(*this, base) == step::refuse) return refuse();
     return mutate(order_base_row{{{*this}}, base, position});
 }

@@ -142,4 +142,9 @@ private:
     const message* last_delta_begin_ = nullptr; // of the transaction that it sums up
 };
 
+/// Comes first where a change asks anything before it goes the road of every change.
+inline void take_back_interrupted(const object_impl& at) {
+    if (model_impl* const in = at.owning_model()) in->log().take_back_interrupted();
+}
+
 } // namespace kelm

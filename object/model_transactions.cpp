@@ -27,6 +27,7 @@ private:
 tran_begin_message* model_impl::begin_transaction(const std::string& name) {
     forget_last_delta();
     const message_history_impl::in_use guard{history_};
+    history_.take_back_interrupted();
     auto made = std::make_unique<tran_begin_message_impl>(this, last_transaction_id_.next(), name);
     tran_begin_message_impl& begin = *made;
     if (!history_.add_message(std::move(made))) return nullptr;
@@ -36,6 +37,7 @@ tran_begin_message* model_impl::begin_transaction(const std::string& name) {
 
 tran_end_message* model_impl::end_transaction() {
     const message_history_impl::in_use guard{history_};
+    history_.take_back_interrupted();
     auto made = std::make_unique<tran_end_message_impl>(this);
     tran_end_message_impl& end = *made;
     if (!history_.add_message(std::move(made))) return nullptr;
@@ -92,11 +94,13 @@ int model_impl::undo_levels() const {
 
 void model_impl::set_undo_levels(int n) {
     forget_last_delta();
+    history_.take_back_interrupted();
     history_.set_undo_levels(n);
 }
 
 void model_impl::clear_history() {
     forget_last_delta();
+    history_.take_back_interrupted(); // it would stay as it is
     history_.clear();
 }
 

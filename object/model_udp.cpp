@@ -36,6 +36,7 @@ std::vector<u32> ids_of_type(object_impl& root, u32 type) {
 
 meta_property* model_impl::add_user_defined_property(u32 type, const std::string& name, u32 property_class,
                                                      const std::string& definition, u32 id) {
+    history_.take_back_interrupted();
     meta_object* const owner = instance_meta_model_.own_or_proxy(type);
     if (!owner || owner->find_property(name)) return nullptr;
     const u32 wanted = id != 0 ? id : last_udp_id_.next();
@@ -49,7 +50,12 @@ meta_property* model_impl::add_user_defined_property(u32 type, const std::string
 
 bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_property* which, u32 attribute,
                                                      const abstract_property& value) {
-    if (!type || !which || !udp::is_own(*which, instance_meta_model_)) return false;
+    if (!type || !which) return false;
+    if (const u32 id = which->id(); history_.take_back_interrupted()) { // the property may have gone by that
+        meta_object* const shown = instance_meta_model_.own_or_proxy(type->id());
+        which = shown ? shown->find_property(id) : nullptr;
+    }
+    if (!which || !udp::is_own(*which, instance_meta_model_)) return false;
     auto after = udp::attribute_copy(value);
     // The application's type does not have the property: what is recorded is this model's view of it.
     if (meta_object* const shown = instance_meta_model_.own_or_proxy(type->id())) type = shown;
@@ -64,6 +70,7 @@ bool model_impl::set_user_defined_property_attribute(meta_object* type, meta_pro
 }
 
 bool model_impl::remove_user_defined_property(u32 type, u32 id) {
+    history_.take_back_interrupted();
     meta_object_base* const owner = instance_meta_model_.own_or_proxy(type);
     const meta_property* const there = owner ? owner->find_property(id) : nullptr;
     if (!there || !udp::is_own(*there, instance_meta_model_)) return false; // before a value is lost

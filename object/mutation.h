@@ -44,6 +44,7 @@ bool mutate(Row&& row) {
     if (!self.owning_model()) return false; // a bare object is its reader's to fill
     message_history_impl& history = self.owning_model()->log();
     const message_history_impl::in_use guard{history};
+    history.take_back_interrupted();
 
     const auto everywhere = [&](auto&& hooks) {
         if (!hooks(self)) return false;

@@ -63,8 +63,9 @@ bool object_impl::refuse() {
 }
 
 bool object_impl::attach(observer* who) {
-    if (!who || is_attached(who)) return false;
     auto* const observing = dynamic_cast<object_impl*>(who);
+    if (observing) take_back_interrupted(*this);
+    if (!who || is_attached(who)) return false;
     if (!observing) return subject_impl::attach(who);
     if (!model_) {
         attach_silently(*who, observing->id());
@@ -81,8 +82,9 @@ bool object_impl::attach(observer* who) {
 }
 
 bool object_impl::detach(observer* who) {
-    if (!who || !is_attached(who)) return false;
     const auto* const observing = dynamic_cast<object*>(who);
+    if (observing) take_back_interrupted(*this);
+    if (!who || !is_attached(who)) return false;
     if (!observing) return subject_impl::detach(who);
     if (!model_) {
         detach_silently(*who, observing->id());

@@ -1,6 +1,6 @@
 // Questions about references between objects.
 // Back-lists are kept by the silent edits.
-#include "object/object_impl.h"
+#include "object/read_in_progress.h"
 #include "object/reference_targets.h"
 
 #include <kelm/meta_model.h>
@@ -16,6 +16,7 @@ namespace {
 /// Calls `visit(id, value)` for the effective value of each property of the type, ascending by id.
 template <class Visit>
 void for_each_effective(const object_impl& of, Visit&& visit) {
+    const read_in_progress guard{of.owning_model()};
     const meta_object* const type = of.meta();
     if (!type) return;
     std::map<u32, const meta_property*> by_id;

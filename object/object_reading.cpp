@@ -1,29 +1,11 @@
 // Reading values of an object.
 // Where a value is found is effective_value; reading never changes an object, but hooks of reads may.
 #include "object/effective_value.h"
-#include "object/model_impl.h"
+#include "object/read_in_progress.h"
 
 #include <boost/make_shared.hpp>
 
-#include <optional>
-
 namespace kelm {
-
-namespace {
-
-/// A value that was found is borrowed until it is cloned, and hooks of reads may mutate meanwhile: while one of these
-/// lives, what they drop stays readable.
-class read_in_progress {
-public:
-    explicit read_in_progress(model_impl* in) {
-        if (in) guard_.emplace(in->log()); // a bare object has no log yet
-    }
-
-private:
-    std::optional<message_history_impl::in_use> guard_;
-};
-
-} // namespace
 
 bool object_impl::has_property(u32 id) const {
     if (plainly_stored_value(*this, id)) return true;
@@ -67,6 +49,7 @@ shared_ptr<value_map> object_impl::own_properties() const {
 }
 
 void object_impl::all_properties(value_map& out) const {
+    const read_in_progress guard{model_};
     const meta_object* const type = meta();
     if (!type) return;
     for (const meta_property* const each : type->properties()) {

@@ -71,6 +71,7 @@ struct refresh_delete_row : refresh_row {
 } // namespace
 
 bool object_impl::set_property_not_inheritable(u32 id, bool flag) {
+    take_back_interrupted(*this);
     return is_property_not_inheritable(id) == flag || mutate(mark_row{{*this, id}, flag});
 }
 

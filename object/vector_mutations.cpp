@@ -22,9 +22,8 @@ struct insert_element_row : property_row {
     }
 
     step test() {
-        if (!own_vector_of(self, id)) return step::refuse;
-        made = clone(&element);
-        return step::go_on;
+        made = clone(&element); // first: code of an application's kind of value may take the list away
+        return own_vector_of(self, id) ? step::go_on : step::refuse;
     }
 
     std::unique_ptr<message_impl> message() {
@@ -87,9 +86,9 @@ struct set_element_row : property_row {
     }
 
     step test() {
+        made = clone(&element); // first: code of an application's kind of value may take the list away
         const vector_property* const list = own_vector_of(self, id);
         if (!list || position >= list->elements.size()) return step::refuse;
-        made = clone(&element);
         old = list->elements[position];
         return step::go_on;
     }
@@ -164,6 +163,7 @@ bool object_impl::insert_vector_element(u32 id, const abstract_property& element
 }
 
 bool object_impl::append_vector_element(u32 id, const abstract_property& element) {
+    take_back_interrupted(*this);
     if (!defines_property(id)) {
         bool& mark = process().in_semantic;
         const bool before = mark;
@@ -178,6 +178,7 @@ bool object_impl::append_vector_element(u32 id, const abstract_property& element
 }
 
 bool object_impl::delete_vector_element(u32 id, std::size_t position) {
+    take_back_interrupted(*this);
     if (!own_vector(id)) return refuse(); // before any hook
     return mutate(delete_element_row{{*this, id}, position});
 }

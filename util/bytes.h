@@ -55,20 +55,21 @@ private:
     std::ios& stream_;
 };
 
-/// The room that a buffer has right now: a number that fits is put there, or taken from there, as a whole.
+/// The room that a buffer has right now: a field that fits is put there, or taken from there, as a whole.  The room may be
+/// less than none: a buffer that keeps a spare place behind its end, and could not be emptied, stands behind it.
 class buffer_window : private std::streambuf {
 public:
     /// \returns where `size` bytes can be put, which count as put; null when there is no such room
     static char* claim(std::streambuf& in, std::size_t size) {
         char* const at = (in.*&buffer_window::pptr)();
-        if (static_cast<std::size_t>((in.*&buffer_window::epptr)() - at) < size) return nullptr;
+        if ((in.*&buffer_window::epptr)() - at < static_cast<std::ptrdiff_t>(size)) return nullptr;
         (in.*&buffer_window::pbump)(static_cast<int>(size));
         return at;
     }
     /// \returns where the next `size` bytes stand, which count as taken; null when not all of them are there yet
     static const char* take(std::streambuf& from, std::size_t size) {
         const char* const at = (from.*&buffer_window::gptr)();
-        if (static_cast<std::size_t>((from.*&buffer_window::egptr)() - at) < size) return nullptr;
+        if ((from.*&buffer_window::egptr)() - at < static_cast<std::ptrdiff_t>(size)) return nullptr;
         (from.*&buffer_window::gbump)(static_cast<int>(size));
         return at;
     }

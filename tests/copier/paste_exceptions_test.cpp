@@ -151,6 +151,32 @@ TEST_F(paste_exceptions, take_back_the_paste_alone_inside_a_transaction_of_the_c
     EXPECT_EQ(far_model->undo_name(), "mine");
 }
 
+// What an observer throws while levels are taken back comes behind what the paste has failed with.
+TEST_F(paste_exceptions, leave_no_level_open_when_observers_throw_while_all_is_taken_back) {
+    object* const side = far(types::hooked, "side");
+    recorder watcher;
+    watcher.watch(side);
+    int told = 0;
+    watcher.meanwhile = [&](message* what) {
+        if (!what->is_first_run() && ++told == 1) throw std::logic_error{"observer"};
+    };
+    hooks.on<post_prop_set_semantic>([&](hook_call& call) -> bool {
+        if (call.at == side) return true;
+        far_model->begin_transaction("left open");
+        side->set_property(props::text, text("changed"));
+        throw out_of_luck{"hook"};
+    });
+    const std::string before = far_dump();
+    EXPECT_THROW(paste(), out_of_luck);
+    EXPECT_EQ(told, 1);
+    hooks.clear();
+    fw.set_in_semantic(false);
+    watcher.meanwhile = {};
+    expect_untouched(before);
+    pasted.clear();
+    EXPECT_TRUE(paste());
+}
+
 TEST_F(paste_exceptions, tell_that_ids_are_used_up) {
     std::string bytes = approved_bytes("empty_model");
     bytes.replace(16, 4, "\xFD\xFF\xFF\xFF");

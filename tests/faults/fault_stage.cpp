@@ -126,6 +126,20 @@ void fault_stage::change_structure() {
     model->history()->attach(&everywhere);
 }
 
+// What a definition, its choices and its mark were does not come back with a property, and is left out.
+std::string fault_stage::dump() const {
+    std::string out = dump_of(*model);
+    for (const meta_object* each : model->meta_model()->meta_objects())
+        for (const meta_property* of_user : each->properties()) {
+            if (of_user->id() < property_id::first_user_defined) continue;
+            const value_ptr by_default = of_user->attribute_value(attribute_id::default_value);
+            out += each->name() + " has " + std::to_string(of_user->id()) + ' ' + of_user->name() +
+                   " class " + std::to_string(of_user->property_class()) + " = " +
+                   dump_text(by_default.get()) + '\n';
+        }
+    return out;
+}
+
 object* fault_stage::open_other() {
     object* const made = fw.create_object(type_id::model, nullptr);
     other = made->model();
@@ -161,10 +175,20 @@ std::vector<std::string> fault_stage::past() {
     return states;
 }
 
+bool undo(fault_stage& s) {
+    s.model->undo();
+    return true;
+}
+
+bool redo(fault_stage& s) {
+    s.model->redo();
+    return true;
+}
+
 std::vector<fault_scenario> fault_scenarios() {
     std::vector<fault_scenario> all;
-    for (const auto& some :
-         {edit_scenarios(), structure_scenarios(), history_scenarios(), stored_scenarios(), copy_scenarios()})
+    for (const auto& some : {edit_scenarios(), structure_scenarios(), history_scenarios(),
+                             definition_scenarios(), stored_scenarios(), copy_scenarios()})
         all.insert(all.end(), some.begin(), some.end());
     return all;
 }

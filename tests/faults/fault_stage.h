@@ -31,7 +31,8 @@ public:
     fault_stage& operator=(const fault_stage&) = delete;
     ~fault_stage();
 
-    std::string dump() const { return dump_of(*model); }
+    /// \returns a text of all objects, and of the user-defined properties that types have
+    std::string dump() const;
     void begin(const std::string& name) { model->begin_transaction(name); }
     void end() { model->end_transaction(); }
     /// Runs a change in a transaction of its own.  \returns whether it and the end of the transaction passed
@@ -87,11 +88,21 @@ struct fault_scenario {
     bool drops_messages = false;   ///< leaves it to the next transaction where that fails
 };
 
+bool undo(fault_stage& s);
+bool redo(fault_stage& s);
+/// What a scenario of redo prepares: a transaction, undone.
+template <void (*Prepare)(fault_stage&)>
+void undone(fault_stage& s) {
+    Prepare(s);
+    undo(s);
+}
+
 /// \returns all scenarios
 std::vector<fault_scenario> fault_scenarios();
 std::vector<fault_scenario> edit_scenarios();
 std::vector<fault_scenario> structure_scenarios();
 std::vector<fault_scenario> history_scenarios();
+std::vector<fault_scenario> definition_scenarios();
 std::vector<fault_scenario> stored_scenarios();
 std::vector<fault_scenario> copy_scenarios();
 

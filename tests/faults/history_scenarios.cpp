@@ -30,31 +30,6 @@ void delete_before(fault_stage& s) {
     EXPECT_TRUE(s.change([&] { return s.fw.delete_object(s.a); }));
 }
 
-void define_before(fault_stage& s) {
-    EXPECT_TRUE(s.change([&] {
-        meta_property* const made =
-            s.model->add_user_defined_property(types::thing, "Made", data_type::string, "", 0);
-        return made && s.model->set_user_defined_property_attribute(
-                           s.model->meta_model()->find_meta_object(types::thing), made,
-                           attribute_id::default_value, text("a default of some length, to be sure"));
-    }));
-}
-
-bool undo(fault_stage& s) {
-    s.model->undo();
-    return true;
-}
-bool redo(fault_stage& s) {
-    s.model->redo();
-    return true;
-}
-
-template <void (*Prepare)(fault_stage&)>
-void undone(fault_stage& s) {
-    Prepare(s);
-    s.model->undo();
-}
-
 bool sum_up(fault_stage& s) {
     std::size_t details = 0;
     if (const shared_ptr<delta> all = s.model->delta_since(s.model->next_transaction(nullptr))) {
@@ -128,8 +103,6 @@ std::vector<fault_scenario> history_scenarios() {
         {"redo", undone<change_much_before>, redo},
         {"undo_of_a_deletion", delete_before, undo},
         {"redo_of_a_deletion", undone<delete_before>, redo},
-        {"undo_of_a_definition", define_before, undo},
-        {"redo_of_a_definition", undone<define_before>, redo},
         {"begin_behind_undo", undone<change_much_before>,
          [](fault_stage& s) {
              return s.change([&] { return s.a->set_property(props::number, number(5)); });

@@ -99,31 +99,6 @@ std::vector<fault_scenario> structure_scenarios() {
              if (attached) s.r->detach(&ears);
              return attached;
          }},
-        {"define_property", nullptr,
-         [](fault_stage& s) {
-             return s.change([&] {
-                 object* const made = s.fw.create_object(type_id::user_defined_property, s.root);
-                 if (!made || !made->set_property(property_id::name, text("A Property Of The User")))
-                     return false;
-                 return made->append_vector_element(property_id::udp_object_types,
-                                                    property<unsigned>{types::thing});
-             });
-         }},
-        {"define_property_by_hand", nullptr,
-         [](fault_stage& s) {
-             return s.change([&] {
-                 meta_property* const made =
-                     s.model->add_user_defined_property(types::thing, "A Property Of The User",
-                                                        data_type::string, "What it means to the user", 0);
-                 if (!made) return false;
-                 meta_object* const type = s.model->meta_model()->find_meta_object(types::thing);
-                 if (!s.model->set_user_defined_property_attribute(type, made, attribute_id::default_value,
-                                                                   text("what it is when nothing is said")))
-                     return false;
-                 return s.a->set_property(made->id(), text("a value that the user has given")) &&
-                        s.model->remove_user_defined_property(types::thing, made->id());
-             });
-         }},
     };
 }
 

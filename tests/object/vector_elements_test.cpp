@@ -1,6 +1,9 @@
 // Changing elements of own lists in place: positions, missing lists, and what undo makes of each.
 // Hooks around these changes are property_hooks_test.
 #include "tests/object/value_lines.h"
+#include "tests/support/unregistered_value.h"
+
+#include <functional>
 
 namespace kelm::test {
 
@@ -281,6 +284,43 @@ TEST_F(vector_elements, a_change_is_told_to_inheritors_of_the_list) {
                            "12 again user a: 14 in base 1 to 0\n"
                            "8 again user a: 14 in base at 0 '8' to '9'\n"
                            "11 again user a: 14 in base at 0 - '9'\n");
+}
+
+// Copying a value of an application's own kind runs the application's code.
+
+namespace {
+
+struct meddling_value final : unregistered_value {
+    std::function<void()> when_copied;
+    explicit meddling_value(std::function<void()> code) : when_copied(std::move(code)) {}
+    owned<abstract_property*> clone() const override {
+        if (when_copied) when_copied();
+        return new meddling_value(nullptr);
+    }
+};
+
+} // namespace
+
+TEST_F(vector_elements, a_list_that_goes_while_the_new_element_is_copied_takes_none) {
+    object* const at = thing("at");
+    const meddling_value element{[&] { at->delete_property(props::list); }};
+    const auto give_list = [&] {
+        vector_property list;
+        list.elements.push_back(new property<int>{1});
+        at->set_property(props::list, list);
+    };
+    for (const bool inserts : {true, false}) {
+        SCOPED_TRACE(inserts);
+        begin("list");
+        give_list();
+        end();
+        const std::string before = dump();
+        begin("element");
+        EXPECT_FALSE(inserts ? at->insert_vector_element(props::list, element, 0)
+                             : at->set_vector_element(props::list, element, 0));
+        EXPECT_FALSE(model->in_transaction()) << "the refusal has taken the deletion back as well";
+        EXPECT_EQ(dump(), before);
+    }
 }
 
 } // namespace kelm::test

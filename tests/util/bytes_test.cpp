@@ -243,5 +243,44 @@ TEST(bytes, a_stream_that_throws_on_failure_keeps_its_count) {
     EXPECT_TRUE(in.good());
 }
 
+/// A sink that keeps one place behind its end for the byte that overflows, as many do, and that may be full.
+class full_sink : public std::streambuf {
+public:
+    full_sink() { setp(bytes.data(), bytes.data() + room - 1); }
+    static constexpr std::size_t room = 16;
+    std::string bytes = std::string(4 * room, '.');
+
+private:
+    int_type overflow(int_type byte) override {
+        if (byte == traits_type::eof() || pptr() > epptr()) return traits_type::eof();
+        *pptr() = static_cast<char>(byte);
+        pbump(1);
+        return traits_type::eof(); // nothing can be emptied
+    }
+};
+
+TEST(bytes, are_not_put_behind_the_end_of_a_buffer_that_is_full) {
+    const struct {
+        const char* why;
+        std::function<void(std::ostream&)> write;
+    } rows[] = {
+        {"a byte", [](auto& out) { put_u8(out, 'b'); }},
+        {"a number", [](auto& out) { put_u32(out, 0x62626262); }},
+        {"a text", [](auto& out) { put_string(out, "bbbb"); }},
+        {"no text", [](auto& out) { put_string(out, ""); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        full_sink sink;
+        std::ostream out{&sink};
+        for (std::size_t i = 0; i != full_sink::room; ++i) put_u8(out, 'a');
+        ASSERT_FALSE(out.good());
+        out.clear(); // somebody tries again
+        for (int i = 0; i != 3; ++i) row.write(out);
+        EXPECT_TRUE(out.fail());
+        EXPECT_EQ(sink.bytes, std::string(full_sink::room, 'a') + std::string(3 * full_sink::room, '.'));
+    }
+}
+
 } // namespace
 } // namespace kelm
