@@ -218,7 +218,7 @@ public:
                                                      const std::string& definition, u32 id) = 0;
     /// Gives a user-defined property of this model an attribute.
     ///
-    /// \param value  borrowed; cloned
+    /// \param value  borrowed; cloned, each reference in it as the text of its target
     /// \returns false for null, and for a property that was not added to this model
     /// Message: udp_set_attribute_value_message, which nobody is told of
     virtual bool set_user_defined_property_attribute(meta_object* type, meta_property* which, u32 attribute,

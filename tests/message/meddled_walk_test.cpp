@@ -3,48 +3,62 @@
 #include "tests/object/transaction_world.h"
 #include "tests/support/consistency.h"
 
+#include <functional>
 #include <stdexcept>
 
 namespace kelm::test {
 namespace {
 
-class meddled_walk : public transaction_world {};
+struct walk_case {
+    const char* why;
+    void (kelm::model::*walk)();
+    bool undone_before;
+    bool left_open;
+};
+
+constexpr walk_case walks[] = {
+    {"undo", &kelm::model::undo, false, false},
+    {"redo", &kelm::model::redo, true, false},
+    {"rollback of the last", &kelm::model::rollback_last_transaction, false, false},
+    {"rollback of all", &kelm::model::rollback_transaction_all, false, true},
+    {"rollback of a level", &kelm::model::rollback_transaction, false, true},
+};
+
+class meddled_walk : public transaction_world {
+protected:
+    /// Changes of every sort, up to where the walk begins.
+    void come_before(const walk_case& row) {
+        object* const b = part("b");
+        change("before");
+        begin("walked");
+        set("x");
+        fw.delete_object(b);
+        fw.create_object(types::part, root)->set_property(props::name, text("c"));
+        if (!row.left_open) end();
+        if (row.undone_before) model->undo();
+    }
+    /// Walks, and calls `meddle` the moment-th time that something is heard.  \returns whether as much was heard
+    bool walk(const walk_case& row, int moment, const std::function<void()>& meddle) {
+        recorder every;
+        every.watch(root);
+        every.watch(a);
+        int so_far = 0;
+        every.meanwhile = [&](message*) {
+            if (so_far++ == moment) meddle();
+        };
+        (model->*row.walk)();
+        every.meanwhile = nullptr;
+        return so_far > moment;
+    }
+};
 
 TEST_F(meddled_walk, who_hears_it_may_forget_the_history_at_any_moment) {
-    const struct {
-        const char* why;
-        void (kelm::model::*walk)();
-        bool undone_before;
-        bool left_open;
-    } rows[] = {
-        {"undo", &kelm::model::undo, false, false},
-        {"redo", &kelm::model::redo, true, false},
-        {"rollback of the last", &kelm::model::rollback_last_transaction, false, false},
-        {"rollback of all", &kelm::model::rollback_transaction_all, false, true},
-        {"rollback of a level", &kelm::model::rollback_transaction, false, true},
-    };
-    for (const auto& row : rows) {
+    for (const walk_case& row : walks) {
         bool was_reached = true;
         for (int moment = 0; was_reached; ++moment) {
             SCOPED_TRACE(std::string(row.why) + " at " + std::to_string(moment));
-            object* const b = part("b");
-            change("before");
-            begin("walked");
-            set("x");
-            fw.delete_object(b);
-            fw.create_object(types::part, root)->set_property(props::name, text("c"));
-            if (!row.left_open) end();
-            if (row.undone_before) model->undo();
-            recorder every;
-            every.watch(root);
-            every.watch(a);
-            int so_far = 0;
-            every.meanwhile = [&](message*) {
-                if (so_far++ == moment) model->clear_history();
-            };
-            (model->*row.walk)();
-            every.meanwhile = nullptr;
-            was_reached = so_far > moment;
+            come_before(row);
+            was_reached = walk(row, moment, [&] { model->clear_history(); });
             EXPECT_TRUE(was_reached || moment > 4) << "a walk of few words";
             if (!was_reached) model->clear_history();
             EXPECT_EQ(model->message_count(), 0u);
@@ -63,18 +77,6 @@ TEST_F(meddled_walk, who_hears_it_may_forget_the_history_at_any_moment) {
 
 // Nobody may do so; what it leads to is not promised, but that the walk ends and what comes behind it works.
 TEST_F(meddled_walk, who_hears_it_and_changes_the_model_all_the_same_breaks_nothing) {
-    const struct {
-        const char* why;
-        void (kelm::model::*walk)();
-        bool undone_before;
-        bool left_open;
-    } walks[] = {
-        {"undo", &kelm::model::undo, false, false},
-        {"redo", &kelm::model::redo, true, false},
-        {"rollback of the last", &kelm::model::rollback_last_transaction, false, false},
-        {"rollback of all", &kelm::model::rollback_transaction_all, false, true},
-        {"rollback of a level", &kelm::model::rollback_transaction, false, true},
-    };
     object* bystander = nullptr;
     const struct {
         const char* why;
@@ -95,31 +97,15 @@ TEST_F(meddled_walk, who_hears_it_and_changes_the_model_all_the_same_breaks_noth
         {"an end", [&] { end(); }},
         {"less to undo", [&] { model->set_undo_levels(1); }},
     };
-    for (const auto& row : walks)
+    for (const walk_case& row : walks)
         for (const auto& meddling : changes) {
             bool was_reached = true;
             for (int moment = 0; was_reached; ++moment) {
                 SCOPED_TRACE(std::string(row.why) + ", " + meddling.why + " at " + std::to_string(moment));
                 model->set_undo_levels(-1);
                 bystander = part("bystander");
-                object* const b = part("b");
-                change("before");
-                begin("walked");
-                set("x");
-                fw.delete_object(b);
-                fw.create_object(types::part, root)->set_property(props::name, text("c"));
-                if (!row.left_open) end();
-                if (row.undone_before) model->undo();
-                recorder every;
-                every.watch(root);
-                every.watch(a);
-                int so_far = 0;
-                every.meanwhile = [&](message*) {
-                    if (so_far++ == moment) meddling.change();
-                };
-                (model->*row.walk)();
-                every.meanwhile = nullptr;
-                was_reached = so_far > moment;
+                come_before(row);
+                was_reached = walk(row, moment, meddling.change);
                 EXPECT_TRUE(was_reached || moment > 3) << "a walk of few words";
                 EXPECT_EQ(broken_links(*model), "");
                 EXPECT_FALSE(model->is_undoing() || model->is_redoing() || model->is_rolling_back());
@@ -141,18 +127,7 @@ TEST_F(meddled_walk, who_hears_it_and_changes_the_model_all_the_same_breaks_noth
 }
 
 TEST_F(meddled_walk, what_is_thrown_is_not_lost_where_the_history_is_forgotten_behind_it) {
-    const struct {
-        const char* why;
-        void (kelm::model::*walk)();
-        bool undone_before;
-        bool left_open;
-    } rows[] = {
-        {"undo", &kelm::model::undo, false, false},
-        {"redo", &kelm::model::redo, true, false},
-        {"rollback of the last", &kelm::model::rollback_last_transaction, false, false},
-        {"rollback of all", &kelm::model::rollback_transaction_all, false, true},
-    };
-    for (const auto& row : rows) {
+    for (const walk_case& row : walks) {
         SCOPED_TRACE(row.why);
         begin();
         set("x");
