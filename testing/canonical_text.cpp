@@ -23,13 +23,6 @@ void append_ids(std::string& out, const char* what, std::vector<u32> ids, bool s
     out += '\n';
 }
 
-std::vector<u32> ids_of(const std::vector<object*>& objects) {
-    std::vector<u32> out;
-    out.reserve(objects.size());
-    for (const object* each : objects) out.push_back(each ? each->id() : npos32);
-    return out;
-}
-
 /// The list itself is in the order of addresses, which differs from model to model.
 std::vector<u32> observing_objects(const object& of) {
     std::vector<u32> out;
@@ -80,6 +73,13 @@ std::string text_of(kelm::model& of, bool with_reads) {
 }
 
 } // namespace
+
+std::vector<u32> ids_of(const std::vector<object*>& objects) {
+    std::vector<u32> out;
+    out.reserve(objects.size());
+    for (const object* each : objects) out.push_back(each ? each->id() : npos32);
+    return out;
+}
 
 std::string value_text(const abstract_property* value) {
     if (const auto* const reference = dynamic_cast<const property<object*>*>(value))

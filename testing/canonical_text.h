@@ -14,6 +14,9 @@ namespace kelm::testing {
 /// \returns a text of a value in which references are ids and elements can be told apart; "null" for null
 std::string value_text(const abstract_property* value);
 
+/// \returns their ids in their order; npos32 for null
+std::vector<u32> ids_of(const std::vector<object*>& objects);
+
 /// \returns a text of what the objects of a model store, back-lists included
 std::string stored_text_of(kelm::model& of);
 

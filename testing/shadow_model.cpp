@@ -20,13 +20,6 @@ std::string joined(const std::vector<Number>& numbers) {
     return out;
 }
 
-std::vector<u32> ids_of(const std::vector<object*>& objects) {
-    std::vector<u32> out;
-    out.reserve(objects.size());
-    for (const object* each : objects) out.push_back(each->id());
-    return out;
-}
-
 template <class List>
 void put_in(List& list, std::size_t position, typename List::value_type what) {
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(position), std::move(what));

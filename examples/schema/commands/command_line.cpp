@@ -4,6 +4,7 @@
 
 #include "commands/commands.h"
 #include "commands/help.h"
+#include "commands/outlined.h"
 #include "commands/wrong_use.h"
 #include "manual/manual.h"
 #include "progress/progress.h"

@@ -2,6 +2,8 @@
 // Plain bash; the package bash-completion only finds the file.
 #include "manual/manual.h"
 
+#include "printing/text.h"
+
 #include <sstream>
 
 namespace schema {

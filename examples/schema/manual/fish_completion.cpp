@@ -2,6 +2,8 @@
 // It shows the descriptions as well.
 #include "manual/manual.h"
 
+#include "printing/text.h"
+
 #include <sstream>
 #include <string_view>
 

@@ -1,8 +1,6 @@
 // The command line as plain data: what a manual page and the completions of shells are made of.
-// It is taken from the command line itself, so that they say what the program does.
+// It is taken from the command line itself (commands/outlined.h), so that they say what the program does.
 #pragma once
-
-#include <CLI/CLI.hpp>
 
 #include <string>
 #include <vector>
@@ -34,10 +32,5 @@ struct program_outline {
     command_outline program; ///< what it has without a command; no places
     std::vector<command_outline> commands;
 };
-
-program_outline outline_of(const CLI::App& app);
-
-/// \returns the words with that between them
-std::string joined(const std::vector<std::string>& words, const std::string& between);
 
 } // namespace schema

@@ -96,4 +96,10 @@ std::string lower(std::string text) {
     return text;
 }
 
+std::string joined(const std::vector<std::string>& words, const std::string& between) {
+    std::string all;
+    for (const std::string& word : words) all += (all.empty() ? "" : between) + word;
+    return all;
+}
+
 } // namespace schema

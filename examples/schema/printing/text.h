@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace schema {
 
@@ -22,5 +23,7 @@ std::string shortened(const std::string& text, std::size_t most);
 
 /// \returns the text with its plain letters in lower case
 std::string lower(std::string text);
+/// \returns the words with that between them
+std::string joined(const std::vector<std::string>& words, const std::string& between);
 
 } // namespace schema

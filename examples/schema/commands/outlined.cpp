@@ -1,6 +1,6 @@
 // Everything is asked of the command line's own description.
 // Choices stand there in the name of a type, as in ANSWER:{refuse,drop-keys}.
-#include "manual/outline.h"
+#include "commands/outlined.h"
 
 #include "commands/help.h"
 
@@ -57,12 +57,6 @@ program_outline outline_of(const CLI::App& app) {
     for (const CLI::App* command : app.get_subcommands({}))
         found.commands.push_back(outline_of_command(*command));
     return found;
-}
-
-std::string joined(const std::vector<std::string>& words, const std::string& between) {
-    std::string all;
-    for (const std::string& word : words) all += (all.empty() ? "" : between) + word;
-    return all;
 }
 
 } // namespace schema
