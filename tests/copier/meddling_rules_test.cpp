@@ -311,7 +311,7 @@ TEST_F(letting_go, of_the_copier_while_it_copies_lets_it_finish) {
     EXPECT_EQ(alive(), 0) << "it went at the end";
 }
 
-class letting_go_from : public letting_go, public testing::WithParamInterface<const char*> {};
+class letting_go_from : public letting_go, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(letting_go_from, a_rule_lets_the_paste_finish) {
     const std::string where = GetParam();
@@ -334,7 +334,7 @@ TEST_P(letting_go_from, a_rule_lets_the_paste_finish) {
     EXPECT_EQ(pasted, std::vector<object*>{found("a")});
     expect_paste_undone_and_redone(before);
 }
-INSTANTIATE_TEST_SUITE_P(meddling, letting_go_from, testing::Values("node", "value", "order", "end"),
+INSTANTIATE_TEST_SUITE_P(meddling, letting_go_from, ::testing::Values("node", "value", "order", "end"),
                          [](const auto& row) { return std::string(row.param); });
 
 // Clones

@@ -5,7 +5,7 @@
 namespace kelm::test {
 namespace {
 
-constexpr u32 t = props::text;
+constexpr u32 its_text = props::text;
 
 class original_values : public delta_world {
 protected:
@@ -19,14 +19,14 @@ protected:
         kept = model->delta_since(nullptr);
         return *kept;
     }
-    std::string had(u32 id = t) const {
+    std::string had(u32 id = its_text) const {
         const auto* const start = before_of(*kept, a);
         const std::string is = as_text(start->original_property(id, nullptr));
         EXPECT_EQ(start->had_property(id), is != "none");
         EXPECT_EQ(start->original_property_as_string(id, nullptr), is == "none" ? "" : is);
         return is;
     }
-    bool had_its_own(u32 id = t) const { return before_of(*kept, a)->has_original_property(id); }
+    bool had_its_own(u32 id = its_text) const { return before_of(*kept, a)->has_original_property(id); }
 
     object* const p = thing("p");
     object* const q = thing("q");
@@ -41,12 +41,12 @@ TEST_F(original_values, of_what_was_never_set_are_none) {
     EXPECT_FALSE(had_its_own());
     EXPECT_EQ(had(4711), "none") << "nor of what no type declares";
     EXPECT_FALSE(had_its_own(4711));
-    EXPECT_FALSE(before_of(*kept, a)->original_property(t, nullptr));
+    EXPECT_FALSE(before_of(*kept, a)->original_property(its_text, nullptr));
 }
 
 TEST_F(original_values, that_did_not_change_are_there_as_well) {
     before([&] {
-        a->set_property(t, text("own"));
+        a->set_property(its_text, text("own"));
         p->set_property(props::definition, text("inherited"));
         a->add_inherits_from(p);
     });
@@ -70,14 +70,14 @@ TEST_F(original_values, come_from_the_bases_as_they_were) {
         const char* had;
     } rows[] = {
         {"a base that did not change", [&] { inherit({p}); }, [] {}, "p"},
-        {"one that changed", [&] { inherit({p}); }, [&] { p->set_property(t, text("new")); }, "p"},
-        {"one that lost it", [&] { inherit({p}); }, [&] { p->delete_property(t); }, "p"},
+        {"one that changed", [&] { inherit({p}); }, [&] { p->set_property(its_text, text("new")); }, "p"},
+        {"one that lost it", [&] { inherit({p}); }, [&] { p->delete_property(its_text); }, "p"},
         {"one that had none then",
          [&] {
              inherit({p});
-             p->delete_property(t);
+             p->delete_property(its_text);
          },
-         [&] { p->set_property(t, text("new")); }, "none"},
+         [&] { p->set_property(its_text, text("new")); }, "none"},
         {"one that is no base any more", [&] { inherit({p}); }, [&] { a->cancel_inherits_from(p); }, "p"},
         {"the first of two",
          [&] {
@@ -87,65 +87,66 @@ TEST_F(original_values, come_from_the_bases_as_they_were) {
         {"the second, as the first had none then",
          [&] {
              inherit({p, q});
-             p->delete_property(t);
+             p->delete_property(its_text);
          },
-         [&] { p->set_property(t, text("new")); }, "q"},
+         [&] { p->set_property(its_text, text("new")); }, "q"},
         {"a base of the base",
          [&] {
              inherit({p});
-             p->delete_property(t);
+             p->delete_property(its_text);
              p->add_inherits_from(q);
          },
          [] {}, "q"},
         {"one that changed",
          [&] {
              inherit({p});
-             p->delete_property(t);
+             p->delete_property(its_text);
              p->add_inherits_from(q);
          },
-         [&] { q->set_property(t, text("new")); }, "q"},
+         [&] { q->set_property(its_text, text("new")); }, "q"},
         {"one that was a base of the base",
          [&] {
              inherit({p});
-             p->delete_property(t);
+             p->delete_property(its_text);
              p->add_inherits_from(q);
          },
          [&] {
              p->cancel_inherits_from(q);
-             q->set_property(t, text("new"));
+             q->set_property(its_text, text("new"));
          },
          "q"},
         {"not one marked then, though it is not marked any more",
          [&] {
              inherit({p});
-             a->set_property_not_inheritable(t, true);
+             a->set_property_not_inheritable(its_text, true);
          },
-         [&] { a->set_property_not_inheritable(t, false); }, "none"},
+         [&] { a->set_property_not_inheritable(its_text, false); }, "none"},
         {"not one that is marked then and now",
          [&] {
              inherit({p});
-             a->set_property_not_inheritable(t, true);
+             a->set_property_not_inheritable(its_text, true);
          },
          [] {}, "none"},
-        {"one that is marked now", [&] { inherit({p}); }, [&] { a->set_property_not_inheritable(t, true); },
-         "p"},
+        {"one that is marked now", [&] { inherit({p}); },
+         [&] { a->set_property_not_inheritable(its_text, true); }, "p"},
         {"not one that the base had marked",
          [&] {
              inherit({p});
-             p->delete_property(t);
+             p->delete_property(its_text);
              p->add_inherits_from(q);
-             p->set_property_not_inheritable(t, true);
+             p->set_property_not_inheritable(its_text, true);
          },
-         [&] { p->set_property_not_inheritable(t, false); }, "none"},
+         [&] { p->set_property_not_inheritable(its_text, false); }, "none"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
         before([&] {
             for (object* each : {p, a})
-                if (each->is_property_not_inheritable(t)) each->set_property_not_inheritable(t, false);
+                if (each->is_property_not_inheritable(its_text))
+                    each->set_property_not_inheritable(its_text, false);
             p->cancel_all_inherits_from();
-            p->set_property(t, text("p"));
-            q->set_property(t, text("q"));
+            p->set_property(its_text, text("p"));
+            q->set_property(its_text, text("q"));
             row.start();
         });
         after(row.change);
@@ -169,7 +170,7 @@ TEST_F(original_values, come_from_bases_of_other_types_that_know_the_property) {
     before([&] {
         for (object* each : {o, r}) {
             each->set_property(props::number, number(each == r ? 7 : 1));
-            each->set_property(t, text("of " + object_name(each)));
+            each->set_property(its_text, text("of " + object_name(each)));
             a->add_inherits_from(each);
         }
         a->delete_property(props::number);
@@ -180,7 +181,7 @@ TEST_F(original_values, come_from_bases_of_other_types_that_know_the_property) {
         a->set_property(props::flag, flag(true));
     });
     kept = model->delta_since(nullptr);
-    EXPECT_EQ(had(t), "of o");
+    EXPECT_EQ(had(its_text), "of o");
     EXPECT_EQ(had(props::number), "7");
     model->clear_history();
     change([&] {
@@ -194,7 +195,7 @@ TEST_F(original_values, come_from_bases_of_other_types_that_know_the_property) {
 // What is asked of a base that went is what it had when it went, also where it is told as moved.
 TEST_F(original_values, ask_what_is_told_of_a_base_that_went_first) {
     before([&] {
-        p->set_property(t, text("p"));
+        p->set_property(its_text, text("p"));
         a->add_inherits_from(p);
     });
     after([&] {
@@ -207,14 +208,14 @@ TEST_F(original_values, ask_what_is_told_of_a_base_that_went_first) {
 
 TEST_F(original_values, of_an_object_that_went_with_its_base) {
     before([&] {
-        p->set_property(t, text("p"));
+        p->set_property(its_text, text("p"));
         q->add_inherits_from(p);
         a->add_inherits_from(q);
         a->set_property_not_inheritable(props::flag, true);
         p->set_property(props::flag, flag(true));
     });
     change([&] {
-        p->set_property(t, text("new"));
+        p->set_property(its_text, text("new"));
         fw.delete_object(p);
         fw.delete_object(q);
         fw.delete_object(a);
@@ -230,10 +231,10 @@ TEST_F(original_values, of_an_object_that_went_with_its_base) {
 // A value over an inherited one is folded as if that had been the object's own.
 TEST_F(original_values, inherited_ones_that_were_covered_count_as_own) {
     before([&] {
-        p->set_property(t, text("p"));
+        p->set_property(its_text, text("p"));
         a->add_inherits_from(p);
     });
-    after([&] { a->set_property(t, text("x")); });
+    after([&] { a->set_property(its_text, text("x")); });
     EXPECT_EQ(had(), "p");
     EXPECT_TRUE(had_its_own());
 }
@@ -256,29 +257,29 @@ TEST_F(original_values, that_are_left_out_are_known_only_where_a_message_speaks_
 }
 
 TEST_F(original_values, are_handed_out_as_clones) {
-    before([&] { a->set_property(t, text("own")); });
-    after([&] { a->set_property(t, text("new")); });
+    before([&] { a->set_property(its_text, text("own")); });
+    after([&] { a->set_property(its_text, text("new")); });
     const auto* const start = before_of(*kept, a);
-    const value_ptr once = start->original_property(t, nullptr);
-    const value_ptr again = start->original_property(t, nullptr);
+    const value_ptr once = start->original_property(its_text, nullptr);
+    const value_ptr again = start->original_property(its_text, nullptr);
     EXPECT_NE(once.get(), again.get());
     once->from_string("broken");
     EXPECT_EQ(had(), "own");
     model->undo();
-    EXPECT_EQ(as_text(a->get_property(t)), "own");
+    EXPECT_EQ(as_text(a->get_property(its_text)), "own");
 }
 
 // Values are shared with messages: only lists that elements went back in are copied, once each.
 TEST_F(original_values, are_not_copied_but_for_lists) {
     before([&] {
-        a->set_property(t, counted_value{1});
+        a->set_property(its_text, counted_value{1});
         a->set_property(props::list, *list(counted_value{2}, counted_value{3}));
         p->set_property(props::real, counted_value{4});
         a->add_inherits_from(p);
     });
     change([&] {
-        a->set_property(t, counted_value{5});
-        a->set_property(t, counted_value{6});
+        a->set_property(its_text, counted_value{5});
+        a->set_property(its_text, counted_value{6});
         p->set_property(props::real, counted_value{7});
     });
     const long alive = counted_value::alive;
@@ -287,8 +288,8 @@ TEST_F(original_values, are_not_copied_but_for_lists) {
         EXPECT_EQ(counted_value::alive, alive);
         const auto* const start = before_of(*none_copied, a);
         EXPECT_EQ(as_text(start->original_property(props::real, nullptr)), "counted 4");
-        EXPECT_TRUE(start->had_property(t));
-        EXPECT_EQ(start->original_property_as_string(t, nullptr), "counted 1");
+        EXPECT_TRUE(start->had_property(its_text));
+        EXPECT_EQ(start->original_property_as_string(its_text, nullptr), "counted 1");
         EXPECT_EQ(counted_value::alive, alive);
     }
     EXPECT_EQ(counted_value::alive, alive);

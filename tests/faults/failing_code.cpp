@@ -12,8 +12,8 @@ struct {
     code_of whom{};
     long until_failure = 0; // 0 for none
     bool for_good = false;
-} plan;
-long failed = 0;
+} code_plan;
+long failed_calls = 0;
 
 class calling_copy_rule final : public copy_rule {
 public:
@@ -84,22 +84,22 @@ public:
 } // namespace
 
 void run_code(code_of whom) {
-    if (plan.until_failure == 0 || plan.whom != whom) return;
-    if (plan.until_failure > 1) {
-        --plan.until_failure;
+    if (code_plan.until_failure == 0 || code_plan.whom != whom) return;
+    if (code_plan.until_failure > 1) {
+        --code_plan.until_failure;
         return;
     }
-    if (!plan.for_good) plan.until_failure = 0;
-    ++failed;
+    if (!code_plan.for_good) code_plan.until_failure = 0;
+    ++failed_calls;
     throw thrown_by_code{};
 }
 
 failing_code::failing_code(code_of whom, long until_failure, bool for_good) {
-    failed = 0;
-    plan = {whom, until_failure, for_good};
+    failed_calls = 0;
+    code_plan = {whom, until_failure, for_good};
 }
-failing_code::~failing_code() { plan = {}; }
-long failing_code::failures() { return failed; }
+failing_code::~failing_code() { code_plan = {}; }
+long failing_code::failures() { return failed_calls; }
 
 void code_value::enter() {
     framework::instance().register_data_type(

@@ -9,20 +9,22 @@ namespace kelm::test {
 
 namespace {
 
-memory_plan plan;
-long failed = 0;
+memory_plan memory_to_fail;
+long failed_allocations = 0;
 long live = 0;
 
 bool is_slab(std::size_t size) { return free_list::enabled && size == free_list::slab_size; }
 
 bool must_fail(std::size_t size) {
-    if (plan.until_failure == 0 || (plan.only_of_size != 0 && plan.only_of_size != size)) return false;
-    if (plan.until_failure > 1) {
-        --plan.until_failure;
+    if (memory_to_fail.until_failure == 0 ||
+        (memory_to_fail.only_of_size != 0 && memory_to_fail.only_of_size != size))
+        return false;
+    if (memory_to_fail.until_failure > 1) {
+        --memory_to_fail.until_failure;
         return false;
     }
-    if (!plan.stays_exhausted) plan.until_failure = 0;
-    ++failed;
+    if (!memory_to_fail.stays_exhausted) memory_to_fail.until_failure = 0;
+    ++failed_allocations;
     return true;
 }
 
@@ -63,11 +65,11 @@ void put_in_front(free_list::block*& list, free_list::block* newer) {
 long live_blocks() { return live; }
 
 failing_memory::failing_memory(const memory_plan& wanted) {
-    failed = 0;
-    plan = wanted;
+    failed_allocations = 0;
+    memory_to_fail = wanted;
 }
-failing_memory::~failing_memory() { plan = {}; }
-long failing_memory::failures() { return failed; }
+failing_memory::~failing_memory() { memory_to_fail = {}; }
+long failing_memory::failures() { return failed_allocations; }
 
 short_lists::short_lists(free_list::lists& which, std::size_t room) : which_(which), put_aside_(which) {
     if (!free_list::enabled) return;

@@ -2,6 +2,8 @@
 // Registering through the framework is tested with the framework.
 #include "framework/data_types.h"
 
+#include "tests/support/box.h"
+
 #include <kelm/property.h>
 
 #include <gtest/gtest.h>
@@ -11,7 +13,7 @@
 namespace kelm {
 namespace {
 
-using box = std::unique_ptr<abstract_property>;
+using test::box;
 
 /// A kind of an application.
 template <int Number>
@@ -35,14 +37,14 @@ protected:
     static void SetUpTestSuite() { data_types::register_built_in_data_types(); }
 };
 
-struct row {
+struct kind_row {
     u32 code;
     const char* name;
     const std::type_info& type;
     const char* text_of_new;
 };
 
-const row built_in[] = {
+const kind_row built_in[] = {
     {1, "Vector", typeid(vector_property), ""},
     {2, "Boolean", typeid(property<bool>), "False"},
     {3, "Short", typeid(property<short>), "0"},
@@ -57,7 +59,7 @@ const row built_in[] = {
 };
 
 TEST_F(data_types_registry, each_built_in_code_makes_its_kind) {
-    for (const row& row : built_in) {
+    for (const kind_row& row : built_in) {
         SCOPED_TRACE(row.name);
         const box made{data_types::create_value(row.code)};
         ASSERT_TRUE(made);
@@ -136,7 +138,7 @@ TEST_F(data_types_registry, a_code_without_a_maker_makes_nothing) {
 
 TEST_F(data_types_registry, registering_the_built_in_kinds_again_changes_nothing) {
     data_types::register_built_in_data_types();
-    for (const row& row : built_in) EXPECT_EQ(data_types::data_type_name(row.code), row.name);
+    for (const kind_row& row : built_in) EXPECT_EQ(data_types::data_type_name(row.code), row.name);
 }
 
 } // namespace

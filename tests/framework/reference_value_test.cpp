@@ -1,5 +1,6 @@
 // References to objects that are there: comparison, names, reading from text, ids in a stream.
 // Null references are tested with the other kinds; who is referred to by whom, with objects.
+#include "tests/support/box.h"
 #include "tests/support/world.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,6 @@
 
 namespace kelm::test {
 namespace {
-
-using box = std::unique_ptr<abstract_property>;
 
 /// Both forms of to_string(), which must agree.
 std::string shown(const abstract_property& value) {

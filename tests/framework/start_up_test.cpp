@@ -13,7 +13,7 @@
 namespace kelm::test {
 namespace {
 
-constexpr u32 box = 200;
+constexpr u32 box_type = 200;
 
 framework& fw() { return framework::instance(); }
 
@@ -34,7 +34,7 @@ public:
     }
     void define_meta_objects() override {
         std::cerr << "objects ";
-        meta_object* const type = types()->add_meta_object(box, "Box", "", "");
+        meta_object* const type = types()->add_meta_object(box_type, "Box", "", "");
         type->add_base_type(types()->find_meta_object(type_id::generic_object));
         type->add_property(property_id::name, "Name", data_type::string, "");
     }
@@ -186,7 +186,7 @@ TEST_F(start_up, shutdown_closes_every_model_and_clears_the_types) {
                     farewell ear;
                     for (int i = 0; i != 3; ++i) {
                         object* const root = new_model();
-                        fw().create_object(box, root);
+                        fw().create_object(box_type, root);
                         root->attach(&ear);
                     }
                     std::cerr << "shut ";

@@ -1,5 +1,7 @@
 // Binary forms of the boxes of one value: bytes, reading back, and streams that end early.
 // Vectors have a file of their own.
+#include "tests/support/box.h"
+
 #include <kelm/property.h>
 
 #include <gtest/gtest.h>
@@ -14,7 +16,8 @@
 namespace kelm {
 namespace {
 
-using box = std::unique_ptr<abstract_property>;
+using test::box;
+using test::boxed;
 
 std::string bytes_of(const abstract_property& value) {
     std::ostringstream out;
@@ -29,51 +32,46 @@ std::string raw(const char (&bytes)[Size]) {
     return {bytes, Size - 1};
 }
 
-template <class T>
-box make(const stored_value<T>& value) {
-    return std::make_unique<property<T>>(value);
-}
-
-struct row {
+struct binary_row {
     const char* why;
     box value;
     std::string bytes;
 };
 
 /// Every kind whose value can be told from the bytes.
-std::vector<row> rows() {
+std::vector<binary_row> binary_rows() {
     const GUID id{0x04030201, 0x0605, 0x0807, {9, 10, 11, 12, 13, 14, 15, 16}};
-    std::vector<row> all;
-    all.push_back({"true", make<bool>(true), raw("\x01")});
-    all.push_back({"false", make<bool>(false), raw("\x00")});
-    all.push_back({"short", make<short>(-2), raw("\xFE\xFF")});
-    all.push_back({"int", make<int>(0x01020304), raw("\x04\x03\x02\x01")});
-    all.push_back({"negative int", make<int>(-2), raw("\xFE\xFF\xFF\xFF")});
-    all.push_back({"long takes four bytes", make<long>(-2), raw("\xFE\xFF\xFF\xFF")});
-    all.push_back({"unsigned", make<unsigned>(0x80000001U), raw("\x01\x00\x00\x80")});
+    std::vector<binary_row> all;
+    all.push_back({"true", boxed<bool>(true), raw("\x01")});
+    all.push_back({"false", boxed<bool>(false), raw("\x00")});
+    all.push_back({"short", boxed<short>(-2), raw("\xFE\xFF")});
+    all.push_back({"int", boxed<int>(0x01020304), raw("\x04\x03\x02\x01")});
+    all.push_back({"negative int", boxed<int>(-2), raw("\xFE\xFF\xFF\xFF")});
+    all.push_back({"long takes four bytes", boxed<long>(-2), raw("\xFE\xFF\xFF\xFF")});
+    all.push_back({"unsigned", boxed<unsigned>(0x80000001U), raw("\x01\x00\x00\x80")});
     all.push_back(
-        {"long long", make<long long>(0x0807060504030201), raw("\x01\x02\x03\x04\x05\x06\x07\x08")});
-    all.push_back({"negative long long", make<long long>(-2), raw("\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF")});
-    all.push_back({"double", make<double>(1.5), raw("\x00\x00\x00\x00\x00\x00\xF8\x3F")});
-    all.push_back({"empty text", make<std::string>(""), raw("\x00\x00\x00\x00")});
-    all.push_back({"text", make<std::string>(raw("a\0b")),
+        {"long long", boxed<long long>(0x0807060504030201), raw("\x01\x02\x03\x04\x05\x06\x07\x08")});
+    all.push_back({"negative long long", boxed<long long>(-2), raw("\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF")});
+    all.push_back({"double", boxed<double>(1.5), raw("\x00\x00\x00\x00\x00\x00\xF8\x3F")});
+    all.push_back({"empty text", boxed<std::string>(""), raw("\x00\x00\x00\x00")});
+    all.push_back({"text", boxed<std::string>(raw("a\0b")),
                    raw("\x03\x00\x00\x00"
                        "a\0b")});
-    all.push_back({"model id", make<GUID>(id),
+    all.push_back({"model id", boxed<GUID>(id),
                    raw("\x01\x02\x03\x04\x05\x06\x07\x08"
                        "\x09\x0A\x0B\x0C\x0D\x0E\x0F\x10")});
     return all;
 }
 
 TEST(values_binary, each_kind_has_its_bytes) {
-    for (const row& row : rows()) {
+    for (const binary_row& row : binary_rows()) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(bytes_of(*row.value), row.bytes);
     }
 }
 
 TEST(values_binary, each_kind_reads_what_it_wrote_and_not_more) {
-    for (const row& row : rows()) {
+    for (const binary_row& row : binary_rows()) {
         SCOPED_TRACE(row.why);
         std::istringstream in(row.bytes + "tail");
         std::vector<reference_record> references;
@@ -88,7 +86,7 @@ TEST(values_binary, each_kind_reads_what_it_wrote_and_not_more) {
 }
 
 TEST(values_binary, a_stream_that_ends_early_fails_and_leaves_nothing_in_the_box) {
-    for (const row& row : rows()) {
+    for (const binary_row& row : binary_rows()) {
         SCOPED_TRACE(row.why);
         for (std::size_t length = 0; length != row.bytes.size(); ++length) {
             SCOPED_TRACE(length);

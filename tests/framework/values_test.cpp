@@ -2,6 +2,8 @@
 // Text and binary forms, and vectors, have files of their own.
 #include "framework/data_types.h"
 #include "framework/values.h"
+#include "tests/support/box.h"
+#include "tests/support/counted_value.h"
 #include "tests/support/unregistered_value.h"
 
 #include <kelm/property.h>
@@ -16,12 +18,8 @@
 namespace kelm {
 namespace {
 
-using box = std::unique_ptr<abstract_property>;
-
-template <class T>
-box make(const stored_value<T>& value) {
-    return std::make_unique<property<T>>(value);
-}
+using test::box;
+using test::boxed;
 
 constexpr GUID some_id{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
 
@@ -47,16 +45,16 @@ TEST(values, a_long_has_32_bits) {
 
 TEST(values, a_clone_is_another_box_of_the_same_kind_and_value) {
     std::vector<box> all;
-    all.push_back(make<bool>(true));
-    all.push_back(make<short>(-3));
-    all.push_back(make<int>(4));
-    all.push_back(make<long>(5));
-    all.push_back(make<unsigned>(6));
-    all.push_back(make<long long>(1LL << 40));
-    all.push_back(make<double>(2.5));
-    all.push_back(make<std::string>("text that is too long to be stored in place"));
-    all.push_back(make<GUID>(some_id));
-    all.push_back(make<id_multimap>({{1, 2}, {1, 3}}));
+    all.push_back(boxed<bool>(true));
+    all.push_back(boxed<short>(-3));
+    all.push_back(boxed<int>(4));
+    all.push_back(boxed<long>(5));
+    all.push_back(boxed<unsigned>(6));
+    all.push_back(boxed<long long>(1LL << 40));
+    all.push_back(boxed<double>(2.5));
+    all.push_back(boxed<std::string>("text that is too long to be stored in place"));
+    all.push_back(boxed<GUID>(some_id));
+    all.push_back(boxed<id_multimap>({{1, 2}, {1, 3}}));
     for (const box& original : all) {
         const abstract_property& value = *original;
         SCOPED_TRACE(typeid(value).name());
@@ -97,36 +95,37 @@ TEST(values, comparison_of_boxes_of_one_kind) {
         bool same;
     };
     const row rows[] = {
-        {"both true", make<bool>(true), make<bool>(true), true},
-        {"both false", make<bool>(false), make<bool>(false), true},
-        {"true and false", make<bool>(true), make<bool>(false), false},
-        {"shorts alike", make<short>(-7), make<short>(-7), true},
-        {"shorts apart by the sign", make<short>(-7), make<short>(7), false},
-        {"ints alike", make<int>(70000), make<int>(70000), true},
-        {"ints apart in the high half", make<int>(70000), make<int>(70000 - 65536), false},
-        {"longs alike", make<long>(-1), make<long>(-1), true},
-        {"longs apart", make<long>(-1), make<long>(0), false},
-        {"unsigneds alike", make<unsigned>(4294967295U), make<unsigned>(4294967295U), true},
-        {"unsigneds apart", make<unsigned>(4294967295U), make<unsigned>(4294967294U), false},
-        {"long longs alike", make<long long>(-(1LL << 40)), make<long long>(-(1LL << 40)), true},
-        {"long longs apart in the high half", make<long long>(1LL << 40), make<long long>(1LL << 41), false},
-        {"texts alike", make<std::string>("abc"), make<std::string>("abc"), true},
-        {"texts apart by case", make<std::string>("abc"), make<std::string>("Abc"), false},
-        {"texts apart by length", make<std::string>("abc"), make<std::string>("ab"), false},
-        {"texts apart behind a zero byte", make<std::string>(std::string("a\0b", 3)),
-         make<std::string>(std::string("a\0c", 3)), false},
-        {"ids alike", make<GUID>(some_id), make<GUID>(some_id), true},
-        {"ids apart in the first half", make<GUID>(some_id),
-         make<GUID>({0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}), false},
-        {"ids apart in the last byte", make<GUID>(some_id), make<GUID>({1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 12}}),
+        {"both true", boxed<bool>(true), boxed<bool>(true), true},
+        {"both false", boxed<bool>(false), boxed<bool>(false), true},
+        {"true and false", boxed<bool>(true), boxed<bool>(false), false},
+        {"shorts alike", boxed<short>(-7), boxed<short>(-7), true},
+        {"shorts apart by the sign", boxed<short>(-7), boxed<short>(7), false},
+        {"ints alike", boxed<int>(70000), boxed<int>(70000), true},
+        {"ints apart in the high half", boxed<int>(70000), boxed<int>(70000 - 65536), false},
+        {"longs alike", boxed<long>(-1), boxed<long>(-1), true},
+        {"longs apart", boxed<long>(-1), boxed<long>(0), false},
+        {"unsigneds alike", boxed<unsigned>(4294967295U), boxed<unsigned>(4294967295U), true},
+        {"unsigneds apart", boxed<unsigned>(4294967295U), boxed<unsigned>(4294967294U), false},
+        {"long longs alike", boxed<long long>(-(1LL << 40)), boxed<long long>(-(1LL << 40)), true},
+        {"long longs apart in the high half", boxed<long long>(1LL << 40), boxed<long long>(1LL << 41),
          false},
-        {"maps empty", make<id_multimap>({}), make<id_multimap>({}), true},
-        {"maps alike", make<id_multimap>({{1, 2}, {3, 4}}), make<id_multimap>({{3, 4}, {1, 2}}), true},
-        {"maps apart by size", make<id_multimap>({{1, 2}, {3, 4}}), make<id_multimap>({{1, 2}}), false},
-        {"maps apart by a key", make<id_multimap>({{1, 2}}), make<id_multimap>({{2, 2}}), false},
-        {"maps apart by a value", make<id_multimap>({{1, 2}}), make<id_multimap>({{1, 3}}), false},
-        {"maps apart by the order under one key", make<id_multimap>({{1, 2}, {1, 3}}),
-         make<id_multimap>({{1, 3}, {1, 2}}), false},
+        {"texts alike", boxed<std::string>("abc"), boxed<std::string>("abc"), true},
+        {"texts apart by case", boxed<std::string>("abc"), boxed<std::string>("Abc"), false},
+        {"texts apart by length", boxed<std::string>("abc"), boxed<std::string>("ab"), false},
+        {"texts apart behind a zero byte", boxed<std::string>(std::string("a\0b", 3)),
+         boxed<std::string>(std::string("a\0c", 3)), false},
+        {"ids alike", boxed<GUID>(some_id), boxed<GUID>(some_id), true},
+        {"ids apart in the first half", boxed<GUID>(some_id),
+         boxed<GUID>({0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}), false},
+        {"ids apart in the last byte", boxed<GUID>(some_id),
+         boxed<GUID>({1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 12}}), false},
+        {"maps empty", boxed<id_multimap>({}), boxed<id_multimap>({}), true},
+        {"maps alike", boxed<id_multimap>({{1, 2}, {3, 4}}), boxed<id_multimap>({{3, 4}, {1, 2}}), true},
+        {"maps apart by size", boxed<id_multimap>({{1, 2}, {3, 4}}), boxed<id_multimap>({{1, 2}}), false},
+        {"maps apart by a key", boxed<id_multimap>({{1, 2}}), boxed<id_multimap>({{2, 2}}), false},
+        {"maps apart by a value", boxed<id_multimap>({{1, 2}}), boxed<id_multimap>({{1, 3}}), false},
+        {"maps apart by the order under one key", boxed<id_multimap>({{1, 2}, {1, 3}}),
+         boxed<id_multimap>({{1, 3}, {1, 2}}), false},
     };
     for (const row& row : rows) {
         SCOPED_TRACE(row.why);
@@ -154,24 +153,24 @@ TEST(values, keeps_two_null_references_unequal) {
 }
 
 TEST(values, the_three_kinds_of_32_bits_compare_with_each_other) {
-    const box int_box = make<int>(-1);
-    const box long_box = make<long>(-1);
-    const box unsigned_box = make<unsigned>(4294967295U);
+    const box int_box = boxed<int>(-1);
+    const box long_box = boxed<long>(-1);
+    const box unsigned_box = boxed<unsigned>(4294967295U);
     for (const box* a : {&int_box, &long_box, &unsigned_box})
         for (const box* b : {&int_box, &long_box, &unsigned_box}) EXPECT_TRUE((*a)->equals(b->get()));
-    const box other = make<unsigned>(1);
+    const box other = boxed<unsigned>(1);
     EXPECT_FALSE(int_box->equals(other.get()));
     EXPECT_FALSE(other->equals(long_box.get()));
 }
 
 TEST(values, boxes_of_other_kinds_are_never_equal) {
     std::vector<box> all;
-    all.push_back(make<bool>(false));
-    all.push_back(make<short>(0));
-    all.push_back(make<int>(0));
-    all.push_back(make<long long>(0));
-    all.push_back(make<double>(0.0));
-    all.push_back(make<std::string>(""));
+    all.push_back(boxed<bool>(false));
+    all.push_back(boxed<short>(0));
+    all.push_back(boxed<int>(0));
+    all.push_back(boxed<long long>(0));
+    all.push_back(boxed<double>(0.0));
+    all.push_back(boxed<std::string>(""));
     all.push_back(std::make_unique<property<object*>>());
     all.push_back(std::make_unique<property<GUID>>());
     all.push_back(std::make_unique<property<id_multimap>>());
@@ -243,24 +242,13 @@ TEST(values, shared_values_are_freed_with_their_last_reader) {
 
 #if KELM_FREE_LISTS
 TEST(values, boxes_come_from_the_free_lists) {
-    box first = make<int>(1);
+    box first = boxed<int>(1);
     const void* const memory = first.get();
     first.reset();
-    const box second = make<int>(2);
+    const box second = boxed<int>(2);
     EXPECT_EQ(second.get(), memory);
 }
 #endif
-
-/// A value that tells when it is freed.
-class counted final : public test::unregistered_value {
-public:
-    explicit counted(int& alive) : alive_(alive) { ++alive_; }
-    ~counted() override { --alive_; }
-    owned<abstract_property*> clone() const override { return new counted(alive_); }
-
-private:
-    int& alive_;
-};
 
 TEST(values, a_pair_begins_empty) {
     const attribute_value_pair pair;
@@ -270,29 +258,29 @@ TEST(values, a_pair_begins_empty) {
 }
 
 TEST(values, a_pair_frees_its_value) {
-    int alive = 0;
+    const long before = test::counted_value::alive;
     {
-        const attribute_value_pair pair{7, new counted(alive), true};
+        const attribute_value_pair pair{7, new test::counted_value(0), true};
         EXPECT_EQ(pair.attribute_id, 7U);
         EXPECT_TRUE(pair.flag);
-        EXPECT_EQ(alive, 1);
+        EXPECT_EQ(test::counted_value::alive, before + 1);
     }
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(test::counted_value::alive, before);
 }
 
 TEST(values, keeps_assignment_of_a_pair_a_copy_of_the_pointer) {
-    int alive = 0;
+    const long before = test::counted_value::alive;
     {
-        attribute_value_pair from{7, new counted(alive), true};
+        attribute_value_pair from{7, new test::counted_value(0), true};
         attribute_value_pair to;
         to = from;
         EXPECT_EQ(to.attribute_id, 7U);
         EXPECT_TRUE(to.flag);
         EXPECT_EQ(to.value, from.value);
-        EXPECT_EQ(alive, 1);
+        EXPECT_EQ(test::counted_value::alive, before + 1);
         from.value = nullptr; // as its contract asks
     }
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(test::counted_value::alive, before);
 }
 
 } // namespace

@@ -21,9 +21,9 @@ std::string text(const abstract_property& value) {
 /// Reads `from` over `before`.
 template <class T>
 stored_value<T> parsed(const std::string& from, stored_value<T> before = {}) {
-    property<T> box{before};
-    box.from_string(from);
-    return box.value;
+    property<T> read{before};
+    read.from_string(from);
+    return read.value;
 }
 
 TEST(values_text, truth) {

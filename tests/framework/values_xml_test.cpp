@@ -1,5 +1,6 @@
 // Values in elements of documents: what each kind writes, what it reads, and what is not there.
 // Their bytes are values_binary_test; where values stand in a document is told by the tests of persistence.
+#include "tests/support/box.h"
 #include "tests/support/dom_document.h"
 #include "tests/support/unregistered_value.h"
 #include "tests/support/world.h"
@@ -20,8 +21,6 @@
 
 namespace kelm::test {
 namespace {
-
-using box = std::unique_ptr<abstract_property>;
 
 constexpr u32 some_property = 10;
 
@@ -48,11 +47,6 @@ void read_from(abstract_property& value, const std::string& content, u32 id = so
     value.read_xml(document.root(), id, references ? *references : unused, holder);
 }
 
-template <class T>
-box make(const stored_value<T>& value) {
-    return std::make_unique<property<T>>(value);
-}
-
 class values_xml : public testing::Test {
 protected:
     values_xml() { started_framework(); }
@@ -65,21 +59,23 @@ TEST_F(values_xml, each_kind_is_its_text_and_reads_it) {
         const char* content;
     };
     std::vector<row> rows;
-    rows.push_back({"true", make<bool>(true), "True"});
-    rows.push_back({"false", make<bool>(false), "False"});
-    rows.push_back({"short", make<short>(-2), "-2"});
-    rows.push_back({"int", make<int>(std::numeric_limits<int>::min()), "-2147483648"});
-    rows.push_back({"long has 32 bits", make<long>(2147483647), "2147483647"});
-    rows.push_back({"unsigned, as the number that has its bits", make<unsigned>(0xFFFFFFFFU), "-1"});
-    rows.push_back({"long long", make<long long>(1099511627776), "1099511627776"});
-    rows.push_back({"double", make<double>(-0.5), "-0.5"});
-    rows.push_back({"double with an exponent", make<double>(1e100), "1e+100"});
-    rows.push_back({"text", make<std::string>("a b"), "a b"});
+    rows.push_back({"true", boxed<bool>(true), "True"});
+    rows.push_back({"false", boxed<bool>(false), "False"});
+    rows.push_back({"short", boxed<short>(-2), "-2"});
+    rows.push_back({"int", boxed<int>(std::numeric_limits<int>::min()), "-2147483648"});
+    rows.push_back({"long has 32 bits", boxed<long>(2147483647), "2147483647"});
+    rows.push_back({"unsigned, as the number that has its bits", boxed<unsigned>(0xFFFFFFFFU), "-1"});
+    rows.push_back({"long long", boxed<long long>(1099511627776), "1099511627776"});
+    rows.push_back({"double", boxed<double>(-0.5), "-0.5"});
+    rows.push_back({"double with an exponent", boxed<double>(1e100), "1e+100"});
+    rows.push_back({"text", boxed<std::string>("a b"), "a b"});
     rows.push_back(
-        {"text that has to be escaped by whoever prints", make<std::string>("a<b&c"), "a&lt;b&amp;c"});
-    rows.push_back({"text beyond 7 bits", make<std::string>("\xC3\xA4\xE2\x82\xAC"), "\xC3\xA4\xE2\x82\xAC"});
-    rows.push_back({"blanks", make<std::string>("  "), "  "});
-    rows.push_back({"model id", make<GUID>(GUID{0x04030201, 0x0605, 0x0807, {9, 10, 11, 12, 13, 14, 15, 16}}),
+        {"text that has to be escaped by whoever prints", boxed<std::string>("a<b&c"), "a&lt;b&amp;c"});
+    rows.push_back(
+        {"text beyond 7 bits", boxed<std::string>("\xC3\xA4\xE2\x82\xAC"), "\xC3\xA4\xE2\x82\xAC"});
+    rows.push_back({"blanks", boxed<std::string>("  "), "  "});
+    rows.push_back({"model id",
+                    boxed<GUID>(GUID{0x04030201, 0x0605, 0x0807, {9, 10, 11, 12, 13, 14, 15, 16}}),
                     "{04030201-0605-0807-090A-0B0C0D0E0F10}"});
     for (const row& each : rows) {
         SCOPED_TRACE(each.why);

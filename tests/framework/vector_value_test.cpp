@@ -1,7 +1,7 @@
 // The kind that is a list: ownership, comparison, merging, text, and streams of every sort of corruption.
 // Vectors of an object, changed in place, are tested with objects.
 #include "framework/data_types.h"
-#include "tests/support/unregistered_value.h"
+#include "tests/support/counted_value.h"
 #include "util/bytes.h"
 
 #include <kelm/property.h>
@@ -54,25 +54,14 @@ protected:
     std::vector<reference_record> references_;
 };
 
-/// A value that tells when it is freed.
-class counted final : public test::unregistered_value {
-public:
-    counted() { ++alive; }
-    counted(const counted& other) : unregistered_value(other) { ++alive; }
-    counted& operator=(const counted&) = delete;
-    ~counted() override { --alive; }
-    owned<abstract_property*> clone() const override { return new counted(*this); }
-
-    inline static int alive = 0;
-};
-
 TEST_F(vector_value, frees_its_elements) {
+    const long before = test::counted_value::alive;
     {
         vector_property list;
-        list.elements = {new counted, nullptr, new counted};
-        EXPECT_EQ(counted::alive, 2);
+        list.elements = {new test::counted_value(0), nullptr, new test::counted_value(0)};
+        EXPECT_EQ(test::counted_value::alive, before + 2);
     }
-    EXPECT_EQ(counted::alive, 0);
+    EXPECT_EQ(test::counted_value::alive, before);
 }
 
 TEST_F(vector_value, clones_are_deep_and_keep_order_and_nulls) {
@@ -253,11 +242,12 @@ TEST_F(vector_value, text_gives_elements_of_the_kind_of_their_code) {
 
 TEST_F(vector_value, keeps_former_elements_undeleted_when_set_from_text) {
     vector_property list;
-    auto* const former = new counted;
+    const long before = test::counted_value::alive;
+    auto* const former = new test::counted_value(0);
     list.elements = {former};
     list.from_string("[1|4]");
     EXPECT_EQ(list.to_string(), "1");
-    EXPECT_EQ(counted::alive, 1) << "it is the caller's now";
+    EXPECT_EQ(test::counted_value::alive, before + 1) << "it is the caller's now";
     delete former;
 }
 
@@ -310,8 +300,8 @@ TEST_F(vector_value, references_inside_leave_records_in_order) {
 }
 
 TEST_F(vector_value, what_could_not_be_read_back_is_not_written) {
-    for (abstract_property* const element :
-         {static_cast<abstract_property*>(nullptr), static_cast<abstract_property*>(new counted)}) {
+    for (abstract_property* const element : {static_cast<abstract_property*>(nullptr),
+                                             static_cast<abstract_property*>(new test::counted_value(0))}) {
         SCOPED_TRACE(element ? "a kind without a code" : "null");
         vector_property list;
         list.elements = {new property<int>(1), element, new property<int>(2)};

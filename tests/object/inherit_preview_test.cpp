@@ -64,7 +64,7 @@ auto move(const char* base, std::size_t to) {
     return [=](auto& of) { return of["a"]->set_inherits_from_position(of[base], to); };
 }
 
-const preview_row rows[] = {
+const preview_row preview_rows[] = {
     {"an added base without a value", "", "", add("b"), "29 a b\n30 a b\n", "19 first a: + b\n",
      "20 again a: - b\n", "19 again a: + b\n"},
     {"an added base that has its value from another", "top", "a e,b e,b top", add("b"),
@@ -167,7 +167,7 @@ const preview_row rows[] = {
 } // namespace
 
 TEST_F(inherit_preview, each_change_asks_about_what_it_will_bring_and_tells_what_it_brought) {
-    for (const preview_row& row : rows) {
+    for (const preview_row& row : preview_rows) {
         SCOPED_TRACE(row.why);
         cast of = play(row.givers, row.links);
         const std::string before = dump();

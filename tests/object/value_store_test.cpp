@@ -15,7 +15,7 @@ namespace kelm::test {
 
 namespace {
 
-std::unique_ptr<abstract_property> number(int n) { return std::make_unique<counted_value>(n); }
+std::unique_ptr<abstract_property> counted(int n) { return std::make_unique<counted_value>(n); }
 
 std::map<u32, std::string> contents(const value_store& of) {
     std::map<u32, std::string> out;
@@ -42,7 +42,7 @@ TEST(value_store, finds_each_of_many_whatever_their_order) {
         std::map<u32, std::string> expected;
         for (u32 i = 0; i != 40; ++i) {
             const u32 id = i * 17 % 41 * 3;
-            EXPECT_EQ(store.exchange(id, number(static_cast<int>(id))), nullptr);
+            EXPECT_EQ(store.exchange(id, counted(static_cast<int>(id))), nullptr);
             expected[id] = "counted " + std::to_string(id);
             EXPECT_EQ(contents(store), expected);
             EXPECT_TRUE(store.holds(id));
@@ -68,8 +68,8 @@ TEST(value_store, finds_each_of_many_whatever_their_order) {
 
 TEST(value_store, an_exchange_gives_the_former_value_up) {
     value_store store;
-    store.exchange(7, number(1));
-    const auto former = store.exchange(7, number(2));
+    store.exchange(7, counted(1));
+    const auto former = store.exchange(7, counted(2));
     ASSERT_NE(former, nullptr);
     EXPECT_EQ(former->to_string(), "counted 1");
     EXPECT_EQ(store.find(7)->to_string(), "counted 2");
@@ -79,14 +79,14 @@ TEST(value_store, an_exchange_gives_the_former_value_up) {
 TEST(value_store, moves_with_all_that_it_holds) {
     const long before = counted_value::alive;
     {
-        value_store first;
-        first.exchange(3, number(3));
-        const abstract_property* const held = first.find(3);
-        value_store second{std::move(first)};
-        EXPECT_EQ(second.find(3), held);
+        value_store former;
+        former.exchange(3, counted(3));
+        const abstract_property* const held = former.find(3);
+        value_store latter{std::move(former)};
+        EXPECT_EQ(latter.find(3), held);
         value_store third;
-        third.exchange(4, number(4));
-        third = std::move(second);
+        third.exchange(4, counted(4));
+        third = std::move(latter);
         EXPECT_EQ(third.find(3), held);
         EXPECT_FALSE(third.holds(4));
         third = {};

@@ -17,7 +17,7 @@ struct history_row {
     const char* before; ///< what the model says when everything has been undone
 };
 
-const history_row histories[] = {
+const history_row history_rows[] = {
     {"history_transactions", "levels, and a change by a hook inside one", R"(
 1 type 1 state 0 owner -1
   children 2
@@ -349,7 +349,7 @@ const history_row histories[] = {
 };
 
 TEST(approved_histories, say_what_they_say_and_are_written_again) {
-    for (const history_row& row : histories) {
+    for (const history_row& row : history_rows) {
         SCOPED_TRACE(std::string{row.file} + ": " + row.why);
         const std::string bytes = approved_bytes(row.file);
         const model_of_stream model{bytes};
@@ -363,7 +363,7 @@ TEST(approved_histories, say_what_they_say_and_are_written_again) {
 }
 
 TEST(approved_histories, can_be_undone_to_the_last_and_redone) {
-    for (const history_row& row : histories) {
+    for (const history_row& row : history_rows) {
         SCOPED_TRACE(std::string{row.file} + ": " + row.why);
         const std::string bytes = approved_bytes(row.file);
         const model_of_stream model{bytes};
@@ -379,7 +379,7 @@ TEST(approved_histories, can_be_undone_to_the_last_and_redone) {
 
 TEST(approved_histories, have_every_kind_of_message_that_is_stored) {
     std::set<u32> kinds;
-    for (const history_row& row : histories) {
+    for (const history_row& row : history_rows) {
         const model_of_stream model{approved_bytes(row.file)};
         ASSERT_TRUE(model.was_read());
         for (std::size_t i = 0; i != model->message_count(); ++i) kinds.insert(model->message_at(i)->type());

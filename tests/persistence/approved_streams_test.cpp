@@ -16,7 +16,7 @@ struct tree_row {
     const char* written; ///< the file that it is written as; null for the same
 };
 
-const tree_row trees[] = {
+const tree_row tree_rows[] = {
     {"empty_model", "there is the model, and nothing in it", R"(
 1 type 1 state 0 owner -1
 )",
@@ -193,7 +193,7 @@ const tree_row trees[] = {
 };
 
 TEST(approved_streams, of_trees_say_what_they_say_and_are_written_again) {
-    for (const tree_row& row : trees) {
+    for (const tree_row& row : tree_rows) {
         SCOPED_TRACE(std::string{row.file} + ": " + row.why);
         const std::string bytes = approved_bytes(row.file);
         const model_of_stream model{bytes};

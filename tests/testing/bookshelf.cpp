@@ -2,8 +2,10 @@
 // What is planted is told by the tests.
 #include "tests/testing/bookshelf.h"
 
+#include <fstream>
 #include <istream>
 #include <ostream>
+#include <sstream>
 
 namespace kelm::bookshelf {
 
@@ -134,6 +136,13 @@ meta_model_builder& started_types() {
 testing::law_report hold(testing::law_set laws, testing::law_options options) {
     options.laws = laws;
     return testing::check_laws(started_types(), options);
+}
+
+std::string file_text(const char* path) {
+    std::ifstream in{path};
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
 }
 
 } // namespace kelm::bookshelf

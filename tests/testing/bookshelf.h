@@ -6,6 +6,7 @@
 #include <kelm/testing/laws.h>
 
 #include <functional>
+#include <string>
 
 namespace kelm::bookshelf {
 
@@ -46,5 +47,8 @@ meta_model_builder& started_types();
 
 /// \returns what comes of histories that hold some laws
 testing::law_report hold(testing::law_set laws, testing::law_options options = {});
+
+/// \returns what a file holds
+std::string file_text(const char* path);
 
 } // namespace kelm::bookshelf

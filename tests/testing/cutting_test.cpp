@@ -39,13 +39,6 @@ void forget_elements() {
     };
 }
 
-std::string file_text(const char* path) {
-    std::ifstream in{path};
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
 std::size_t count_of(const std::string& text, const std::string& what) {
     std::size_t found = 0;
     for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;

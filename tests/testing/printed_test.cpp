@@ -106,13 +106,6 @@ std::vector<step> every_step_there_is() {
     return out;
 }
 
-std::string file_text(const char* path) {
-    std::ifstream in{path};
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
 } // namespace
 
 TEST(printed_history, compiles_and_does_what_its_steps_did) {

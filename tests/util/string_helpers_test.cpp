@@ -13,9 +13,8 @@
 
 namespace {
 
+using kelm::npos;
 using namespace std::string_literals;
-
-constexpr auto not_found = static_cast<std::size_t>(-1);
 
 /// A text with all 256 bytes, each once.
 std::string all_bytes() {
@@ -112,7 +111,7 @@ TEST(string_helpers, a_position_moves_past_all_kinds_of_space) {
         {"to the end", "a  ", 1, 3},
         {"at the end", "a", 1, 1},
         {"beyond the end", "a", 5, 5},
-        {"no position", "  ", not_found, not_found},
+        {"no position", "  ", npos, npos},
         {"a byte from 0x80 is none", " \xA0 ", 0, 1},
         {"a zero byte is none", " \0 "s, 0, 1},
     };
@@ -191,23 +190,23 @@ TEST(string_helpers, a_text_is_found_in_a_text) {
         std::string s, x;
         std::size_t exact, no_case;
     } rows[] = {
-        {"nothing in nothing", "", "", not_found, not_found},
-        {"something in nothing", "", "a", not_found, not_found},
+        {"nothing in nothing", "", "", npos, npos},
+        {"something in nothing", "", "a", npos, npos},
         {"nothing in a text", "abc", "", 0, 0},
         {"nothing, where the scan starts", " \t\v\fabc", "", 4, 4},
-        {"nothing in blanks", " \t\n", "", not_found, not_found},
-        {"a blank in blanks", "   ", " ", not_found, not_found},
+        {"nothing in blanks", " \t\n", "", npos, npos},
+        {"a blank in blanks", "   ", " ", npos, npos},
         {"a blank in leading space is passed over", "  a b", " ", 3, 3},
-        {"what begins in leading space is missed", " a", " a", not_found, not_found},
+        {"what begins in leading space is missed", " a", " a", npos, npos},
         {"at the start", "abc", "ab", 0, 0},
         {"at the end", "abc", "bc", 1, 1},
         {"the whole", "abc", "abc", 0, 0},
         {"the first of two", "xabyab", "ab", 1, 1},
-        {"longer than the text", "ab", "abc", not_found, not_found},
-        {"only in another case", "xABy", "ab", not_found, 1},
+        {"longer than the text", "ab", "abc", npos, npos},
+        {"only in another case", "xABy", "ab", npos, 1},
         {"another case first", "ABab", "ab", 2, 0},
-        {"signs have no case", "[", "{", not_found, not_found},
-        {"bytes from 0x80 have no case", "\xC4", "\xE4", not_found, not_found},
+        {"signs have no case", "[", "{", npos, npos},
+        {"bytes from 0x80 have no case", "\xC4", "\xE4", npos, npos},
         {"bytes from 0x80 are no leading space", "\xA0 x", "\xA0", 0, 0},
         {"zero bytes are characters", "a\0b"s, "\0b"s, 1, 1},
         {"the character that breaks a match starts the next", "aab", "ab", 1, 1},
@@ -221,9 +220,9 @@ TEST(string_helpers, a_text_is_found_in_a_text) {
 }
 
 TEST(string_helpers, keeps_missing_a_text_with_a_repeated_prefix) {
-    EXPECT_EQ(kelm::str_contains_str("aaab", "aab", false), not_found);
-    EXPECT_EQ(kelm::str_contains_str("aAaB", "AAb", true), not_found);
-    EXPECT_EQ(kelm::str_contains_str("ababac", "abac", false), not_found);
+    EXPECT_EQ(kelm::str_contains_str("aaab", "aab", false), npos);
+    EXPECT_EQ(kelm::str_contains_str("aAaB", "AAb", true), npos);
+    EXPECT_EQ(kelm::str_contains_str("ababac", "abac", false), npos);
     EXPECT_EQ(kelm::str_contains_str("aaab aab", "aab", false), 5U) << "a later one is found";
 }
 

@@ -18,13 +18,13 @@ namespace schema {
 
 namespace {
 
-struct arguments {
+struct changes_arguments {
     std::string file;
     std::size_t since = 1;
     bool json = false;
 };
 
-void require_edit(const arguments& given, std::size_t count) {
+void require_edit(const changes_arguments& given, std::size_t count) {
     if (given.since <= count || (count == 0 && given.since == 1)) return;
     const std::string missing =
         "there is no edit " + std::to_string(given.since) + " in " + quoted(given.file);
@@ -32,7 +32,7 @@ void require_edit(const arguments& given, std::size_t count) {
                                 : missing + ", the last is " + std::to_string(count));
 }
 
-void print(const arguments& given, std::size_t count, const std::vector<change_group>& changes) {
+void print(const changes_arguments& given, std::size_t count, const std::vector<change_group>& changes) {
     if (given.json) return print_changes_as_json(std::cout, {given.file, given.since, count}, changes);
     if (count == 0)
         std::cout << "no edits\n";
@@ -41,7 +41,7 @@ void print(const arguments& given, std::size_t count, const std::vector<change_g
     print_changes(std::cout, changes);
 }
 
-void run(const arguments& given, rules& shared) {
+void run_changes(const changes_arguments& given, rules& shared) {
     kelm::model& model = load_saved(given.file, shared);
     const std::vector<transaction> edits = transactions(model);
     require_edit(given, edits.size());
@@ -53,7 +53,7 @@ void run(const arguments& given, rules& shared) {
 } // namespace
 
 void add_changes_command(CLI::App& app, rules& shared) {
-    const auto given = std::make_shared<arguments>();
+    const auto given = std::make_shared<changes_arguments>();
     CLI::App* command = app.add_subcommand("changes", "Tell what the edits of a file came to");
     explain(
         *command,
@@ -64,7 +64,7 @@ void add_changes_command(CLI::App& app, rules& shared) {
     add_count(*command, "--since", given->since,
               "From this edit on, as kelm-schema log numbers them; else all");
     command->add_flag("--json", given->json, "Print JSON for programs");
-    command->callback([given, &shared] { run(*given, shared); });
+    command->callback([given, &shared] { run_changes(*given, shared); });
 }
 
 } // namespace schema

@@ -17,7 +17,7 @@ namespace schema {
 
 namespace {
 
-struct arguments {
+struct copy_arguments {
     std::string file;
     std::vector<std::string> tables;
     std::string other;
@@ -25,7 +25,7 @@ struct arguments {
     signature by;
 };
 
-void run(const arguments& given, rules& shared) {
+void run_copy(const copy_arguments& given, rules& shared) {
     const std::string& target = given.other.empty() ? given.clipboard : given.other;
     require_no_database(target); // before any work
     if (given.other.empty()) require_other_file(target, given.file, "the clipboard");
@@ -40,7 +40,7 @@ void run(const arguments& given, rules& shared) {
 } // namespace
 
 void add_copy_command(CLI::App& app, rules& shared) {
-    const auto given = std::make_shared<arguments>();
+    const auto given = std::make_shared<copy_arguments>();
     CLI::App* command = app.add_subcommand("copy", "Carry tables into another file");
     explain(
         *command,
@@ -62,7 +62,7 @@ void add_copy_command(CLI::App& app, rules& shared) {
     add_signature_options(*command, given->by);
     command->callback([given, &other, &clipboard, &shared] {
         if (other.empty() && clipboard.empty()) throw CLI::RequiredError("--to or --to-clipboard");
-        run(*given, shared);
+        run_copy(*given, shared);
     });
 }
 

@@ -16,7 +16,7 @@ namespace schema {
 
 namespace {
 
-struct arguments {
+struct log_arguments {
     std::string file;
     std::string target;
     std::size_t last = 0;
@@ -25,7 +25,7 @@ struct arguments {
     bool replay = false;
 };
 
-void run(const arguments& given, rules& shared) {
+void run_log(const log_arguments& given, rules& shared) {
     kelm::model& model = load_saved(given.file, shared);
     if (given.replay) {
         require_no_database(given.target);
@@ -40,7 +40,7 @@ void run(const arguments& given, rules& shared) {
 } // namespace
 
 void add_log_command(CLI::App& app, rules& shared) {
-    const auto given = std::make_shared<arguments>();
+    const auto given = std::make_shared<log_arguments>();
     CLI::App* command = app.add_subcommand("log", "List the edits that a file remembers, the oldest first");
     explain(*command, {"",
                        {"kelm-schema log shop.kelm", "kelm-schema log shop.kelm --last 1 --messages",
@@ -55,7 +55,7 @@ void add_log_command(CLI::App& app, rules& shared) {
     CLI::Option& output = add_file(*command, "-o,--output", given->target, "The file for --replay");
     output.option_text("LOG")->needs(replay);
     replay->needs(&output)->excludes(json)->excludes(messages);
-    command->callback([given, &shared] { run(*given, shared); });
+    command->callback([given, &shared] { run_log(*given, shared); });
 }
 
 } // namespace schema

@@ -13,13 +13,13 @@ namespace schema {
 
 namespace {
 
-struct arguments {
+struct replay_arguments {
     std::string log;
     std::string file;
     signature by;
 };
 
-void run(const arguments& given, rules& shared) {
+void run_replay(const replay_arguments& given, rules& shared) {
     const replay_log log = read_replay_log(given.log);
     kelm::model& model = load_saved(given.file, shared);
     const std::size_t count = replay(log, model, given.file, complete(given.by), shared);
@@ -30,7 +30,7 @@ void run(const arguments& given, rules& shared) {
 } // namespace
 
 void add_replay_command(CLI::App& app, rules& shared) {
-    const auto given = std::make_shared<arguments>();
+    const auto given = std::make_shared<replay_arguments>();
     CLI::App* command = app.add_subcommand("replay", "Make the edits of a log on a file");
     explain(*command,
             {"The log is made by kelm-schema log --replay. It fits a file in which the same objects have the "
@@ -42,7 +42,7 @@ void add_replay_command(CLI::App& app, rules& shared) {
     add_file(*command, "FILE", given->file, "A file that was saved").required();
     add_drop_option(*command, shared);
     add_signature_options(*command, given->by);
-    command->callback([given, &shared] { run(*given, shared); });
+    command->callback([given, &shared] { run_replay(*given, shared); });
 }
 
 } // namespace schema

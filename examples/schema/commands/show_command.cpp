@@ -27,7 +27,7 @@ const std::map<std::string, kelm::u32> shown_types{
 const std::map<std::string, order> orders{
     {"name", order::name}, {"columns", order::columns}, {"file-order", order::file_order}};
 
-struct arguments {
+struct show_arguments {
     std::string path;
     bool json = false;
     std::vector<std::string> types;
@@ -35,7 +35,7 @@ struct arguments {
     selection wanted;
 };
 
-void run(arguments& given, rules& shared) {
+void run_show(show_arguments& given, rules& shared) {
     for (const std::string& type : given.types) given.wanted.types.push_back(shown_types.at(type));
     if (!given.sort.empty()) given.wanted.by = orders.at(given.sort);
     show(given.path, given.wanted, given.json, shared, std::cout);
@@ -44,7 +44,7 @@ void run(arguments& given, rules& shared) {
 } // namespace
 
 void add_show_command(CLI::App& app, rules& shared) {
-    const auto given = std::make_shared<arguments>();
+    const auto given = std::make_shared<show_arguments>();
     CLI::App* command = app.add_subcommand("show", "Show the tables, views and all they contain");
     explain(*command, {"",
                        {"kelm-schema show shop.db",
@@ -68,7 +68,7 @@ void add_show_command(CLI::App& app, rules& shared) {
     command->add_option("--sort", given->sort, "Order by name, columns (most first) or file-order")
         ->check(CLI::IsMember(keys(orders)))
         ->type_name("ORDER");
-    command->callback([given, &shared] { run(*given, shared); });
+    command->callback([given, &shared] { run_show(*given, shared); });
 }
 
 } // namespace schema

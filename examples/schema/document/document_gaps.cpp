@@ -47,16 +47,16 @@ values read_attributes(void* udp) {
     return found;
 }
 
-std::string text(const values& of, kelm::u32 id) {
+std::string text_of(const values& of, kelm::u32 id) {
     const auto found = of.find(id);
     return found == of.end() ? std::string() : found->second->to_string();
 }
 
 void add_property(kelm::model& into, kelm::u32 type, void* udp) {
     const values known = read_attributes(udp);
-    kelm::meta_property* made =
-        into.add_user_defined_property(type, text(known, kelm::attribute_id::name), kelm::data_type::string,
-                                       text(known, kelm::attribute_id::definition), id_of(udp));
+    kelm::meta_property* made = into.add_user_defined_property(
+        type, text_of(known, kelm::attribute_id::name), kelm::data_type::string,
+        text_of(known, kelm::attribute_id::definition), id_of(udp));
     if (!made) return;
     kelm::meta_object* of = into.meta_model()->find_meta_object(type);
     for (const auto& [id, value] : known) into.set_user_defined_property_attribute(of, made, id, *value);

@@ -19,9 +19,9 @@ struct name_row {
     const char* element;
     std::size_t bytes_before;
 };
-constexpr name_row rows[] = {{kelm::message_type::tran_begin, "name", 8},
-                             {kelm::message_type::udp_add, "udp_name", 8},
-                             {kelm::message_type::udp_remove, "udp_name", 8}};
+constexpr name_row name_rows[] = {{kelm::message_type::tran_begin, "name", 8},
+                                  {kelm::message_type::udp_add, "udp_name", 8},
+                                  {kelm::message_type::udp_remove, "udp_name", 8}};
 
 std::size_t number_at(std::string_view bytes, std::size_t at) {
     std::size_t number = 0;
@@ -38,7 +38,7 @@ std::string name_of(const kelm::message& message, std::size_t bytes_before) {
 }
 
 /// What the library's reader makes the name of again.
-std::string escaped(const std::string& name) {
+std::string with_entities(const std::string& name) {
     std::string text;
     for (const char c : name) {
         text += c;
@@ -48,9 +48,10 @@ std::string escaped(const std::string& name) {
 }
 
 void write_name(xml_document& in, void* element, const kelm::message& of) {
-    for (const name_row& row : rows)
+    for (const name_row& row : name_rows)
         if (row.type == of.type())
-            in.set_text(kelm::get_xml_elem(element, row.element), escaped(name_of(of, row.bytes_before)));
+            in.set_text(kelm::get_xml_elem(element, row.element),
+                        with_entities(name_of(of, row.bytes_before)));
 }
 
 } // namespace

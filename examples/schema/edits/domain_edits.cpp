@@ -58,7 +58,7 @@ void type_domain(kelm::object& root, line_reader& line) {
     set_text(what, property::declared_type, line.type());
 }
 
-constexpr edit_row rows[] = {
+constexpr edit_row domain_rows[] = {
     {"add", "domain", add_domain},
     {"use", "domain", use_domain},
     {"drop", "domain", drop_domain},
@@ -67,6 +67,6 @@ constexpr edit_row rows[] = {
 
 } // namespace
 
-std::span<const edit_row> domain_edits() { return rows; }
+std::span<const edit_row> domain_edits() { return domain_rows; }
 
 } // namespace schema

@@ -67,7 +67,7 @@ void add_foreign_key(kelm::object& root, line_reader& line) {
     add_pairs(made, own, line.at_end() ? std::vector<std::string>() : line.column_list());
 }
 
-constexpr edit_row rows[] = {
+constexpr edit_row key_rows[] = {
     {"add", "index", add_index},
     {"drop", "index", drop_index},
     {"add", "primary", add_primary_key},
@@ -76,6 +76,6 @@ constexpr edit_row rows[] = {
 
 } // namespace
 
-std::span<const edit_row> key_edits() { return rows; }
+std::span<const edit_row> key_edits() { return key_rows; }
 
 } // namespace schema

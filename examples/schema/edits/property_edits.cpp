@@ -113,7 +113,7 @@ void drop_property(kelm::object& root, line_reader& line) {
     remove(definition);
 }
 
-constexpr edit_row rows[] = {
+constexpr edit_row property_rows[] = {
     {"define", "property", define_property},
     {"set", "property", set_property},
     {"clear", "property", clear_property},
@@ -122,6 +122,6 @@ constexpr edit_row rows[] = {
 
 } // namespace
 
-std::span<const edit_row> property_edits() { return rows; }
+std::span<const edit_row> property_edits() { return property_rows; }
 
 } // namespace schema

@@ -53,7 +53,7 @@ void type_column(kelm::object& root, line_reader& line) {
     set_text(what, property::declared_type, line.type());
 }
 
-constexpr edit_row rows[] = {
+constexpr edit_row table_rows[] = {
     {"rename", "table", rename_table}, {"rename", "column", rename_column}, {"drop", "table", drop_table},
     {"drop", "column", drop_column},   {"add", "column", add_column},       {"move", "column", move_column},
     {"type", "column", type_column},
@@ -61,6 +61,6 @@ constexpr edit_row rows[] = {
 
 } // namespace
 
-std::span<const edit_row> table_edits() { return rows; }
+std::span<const edit_row> table_edits() { return table_rows; }
 
 } // namespace schema

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* no_command = " -n __fish_use_subcommand";
 
-std::string quoted(const std::string& text) {
+std::string for_fish(const std::string& text) {
     std::string out = "'";
     for (const char c : text) {
         if (c == '\'' || c == '\\') out += '\\';
@@ -31,8 +31,8 @@ void write_option(std::ostream& out, const std::string& where, const argument_ou
     for (const std::string& name : option.names)
         out << (name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1));
     if (!option.value.empty()) out << (option.is_file ? " -r -F" : " -x");
-    if (!option.choices.empty()) out << " -a " << quoted(joined(option.choices, " "));
-    out << " -d " << quoted(option.description) << '\n';
+    if (!option.choices.empty()) out << " -a " << for_fish(joined(option.choices, " "));
+    out << " -d " << for_fish(option.description) << '\n';
 }
 
 bool takes_files(const command_outline& command) {
@@ -50,7 +50,7 @@ std::string fish_completion(const program_outline& of) {
     for (const argument_outline& each : of.program.options) write_option(out, no_command, each);
     for (const command_outline& command : of.commands) {
         out << "complete -c kelm-schema" << no_command << " -a " << command.name << " -d "
-            << quoted(command.description) << '\n';
+            << for_fish(command.description) << '\n';
         if (takes_files(command)) out << "complete -c kelm-schema" << behind(command) << " -F\n";
         for (const argument_outline& each : command.options) write_option(out, behind(command), each);
     }

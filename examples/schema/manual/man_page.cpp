@@ -2,6 +2,8 @@
 // In the language of man(7) a line that begins with a dot is a request, and a backslash begins an escape.
 #include "manual/manual.h"
 
+#include "printing/text.h"
+
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -47,7 +49,7 @@ constexpr entry variables[] = {
 };
 
 /// A text with nothing in it that man would take for its own.
-std::string escaped(const std::string& text) {
+std::string for_troff(const std::string& text) {
     std::string out;
     for (const char c : text) {
         const bool begins_line = out.empty() || out.back() == '\n';
@@ -64,8 +66,8 @@ std::string escaped(const std::string& text) {
     return out;
 }
 
-std::string bold(const std::string& text) { return "\\fB" + escaped(text) + "\\fR"; }
-std::string italic(const std::string& text) { return "\\fI" + escaped(text) + "\\fR"; }
+std::string bold(const std::string& text) { return "\\fB" + for_troff(text) + "\\fR"; }
+std::string italic(const std::string& text) { return "\\fI" + for_troff(text) + "\\fR"; }
 
 class page_writer {
 public:
@@ -75,14 +77,14 @@ public:
     void text(const std::string& line) { out_ << line << '\n'; }
 
     void entry(const std::string& term, const std::string& text) {
-        out_ << ".TP\n" << term << '\n' << escaped(text) << '\n';
+        out_ << ".TP\n" << term << '\n' << for_troff(text) << '\n';
     }
 
     /// \param lines  without their ends
     void as_it_is(const std::vector<std::string>& lines) {
         if (lines.empty()) return;
         out_ << ".nf\n.RS\n";
-        for (const std::string& line : lines) out_ << escaped(line) << '\n';
+        for (const std::string& line : lines) out_ << for_troff(line) << '\n';
         out_ << ".RE\n.fi\n";
     }
 
@@ -98,7 +100,7 @@ public:
             const bool behind_fixed = !fixed.empty();
             as_it_is(std::exchange(fixed, {}));
             if (behind_fixed || line.empty()) paragraph();
-            if (!line.empty()) out_ << escaped(line) << '\n';
+            if (!line.empty()) out_ << for_troff(line) << '\n';
         }
         as_it_is(fixed);
     }
@@ -138,7 +140,7 @@ void write_options(page_writer& page, const std::vector<argument_outline>& optio
 
 void write_command(page_writer& page, const command_outline& command) {
     page.subsection(usage(command));
-    page.text(escaped(command.description + '.'));
+    page.text(for_troff(command.description + '.'));
     for (const argument_outline& each : command.places)
         page.entry(italic(each.names.front()), described(each));
     write_options(page, command.options);
@@ -157,7 +159,7 @@ void write_entries(page_writer& page, const char* name, const entry (&entries)[C
 
 std::string man_page(const program_outline& of) {
     page_writer page;
-    page.text(".TH KELM\\-SCHEMA 1 \"\" \"" + escaped(of.version) + "\" \"User Commands\"");
+    page.text(".TH KELM\\-SCHEMA 1 \"\" \"" + for_troff(of.version) + "\" \"User Commands\"");
     page.section("NAME");
     page.text("kelm\\-schema \\- look at the schema of SQLite databases, and keep changes to it");
     page.section("SYNOPSIS");
@@ -176,7 +178,7 @@ std::string man_page(const program_outline& of) {
     page.as_it_is(of.program.examples);
     for (const command_outline& command : of.commands) {
         page.paragraph();
-        page.text(escaped(command.description + ':'));
+        page.text(for_troff(command.description + ':'));
         page.as_it_is(command.examples);
     }
     page.section("SEE ALSO");

@@ -12,7 +12,7 @@ namespace schema {
 namespace {
 
 /// A text inside of single quotes, in which _arguments sees no brackets and no colons of its own.
-std::string escaped(const std::string& text) {
+std::string for_zsh(const std::string& text) {
     std::string out;
     for (const char c : text) {
         if (c == '\'')
@@ -26,7 +26,7 @@ std::string escaped(const std::string& text) {
 
 /// What completes a value: ":FILE:_files".
 std::string action(const std::string& name, const argument_outline& of) {
-    const std::string message = ':' + escaped(name) + ':';
+    const std::string message = ':' + for_zsh(name) + ':';
     if (of.is_file) return message + "_files";
     return of.choices.empty() ? message : message + '(' + joined(of.choices, " ") + ')';
 }
@@ -34,7 +34,7 @@ std::string action(const std::string& name, const argument_outline& of) {
 void write_option(std::ostream& out, const argument_outline& option) {
     const std::string others = '(' + joined(option.names, " ") + ')';
     for (const std::string& name : option.names) {
-        out << " \\\n            '" << others << name << '[' << escaped(option.description) << ']';
+        out << " \\\n            '" << others << name << '[' << for_zsh(option.description) << ']';
         if (!option.value.empty()) out << action(option.value, option);
         out << '\'';
     }
@@ -61,7 +61,7 @@ std::string zsh_completion(const program_outline& of) {
            "# Completion of kelm-schema for zsh, as kelm-schema --generate zsh prints it.\n\n"
            "_kelm_schema_commands() {\n    local -a commands=(";
     for (const command_outline& command : of.commands)
-        out << "\n        '" << command.name << ':' << escaped(command.description) << '\'';
+        out << "\n        '" << command.name << ':' << for_zsh(command.description) << '\'';
     out << "\n    )\n    _describe command commands\n}\n\n"
            "_kelm_schema() {\n    local context state state_descr line\n    typeset -A opt_args\n"
            "    _arguments -C";

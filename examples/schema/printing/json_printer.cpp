@@ -122,7 +122,7 @@ void print_part(json_writer& json, const kelm::object& part, bool with_table) {
 
 void print_inner_part(json_writer& json, const kelm::object& part) { print_part(json, part, false); }
 
-void print_table(json_writer& json, const kelm::object& table) {
+void print_as_table(json_writer& json, const kelm::object& table) {
     json.begin_object();
     json.key("name").value(name(table));
     json.key("virtual").value(flag(table, property::is_virtual));
@@ -141,7 +141,7 @@ void print_table(json_writer& json, const kelm::object& table) {
     json.end_object();
 }
 
-void print_view(json_writer& json, const kelm::object& view) {
+void print_as_view(json_writer& json, const kelm::object& view) {
     json.begin_object();
     json.key("name").value(name(view));
     text_or_null(json, "problem", view, property::problem);
@@ -153,8 +153,8 @@ void print_view(json_writer& json, const kelm::object& view) {
 
 void print_listed(json_writer& json, const kelm::object& what) {
     switch (what.type()) {
-    case type::table: return print_table(json, what);
-    case type::view: return print_view(json, what);
+    case type::table: return print_as_table(json, what);
+    case type::view: return print_as_view(json, what);
     default: return print_part(json, what, true);
     }
 }

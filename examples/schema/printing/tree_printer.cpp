@@ -175,7 +175,7 @@ void print_counts(std::ostream& out, const kelm::object& root) {
 }
 
 /// An index or a trigger, outside the block of its table.
-void print_part(std::ostream& out, const kelm::object& part) {
+void print_part_line(std::ostream& out, const kelm::object& part) {
     const std::string of = " on " + shown_name(*part.owner());
     print_line(out, part.type() == type::index ? index_line(part, of) : trigger_line(part, of));
 }
@@ -185,7 +185,7 @@ void print_listing(std::ostream& out, const listing& of_type) {
     if (!is_relation && !of_type.objects.empty()) out << '\n';
     for (const kelm::object* each : of_type.objects) {
         if (is_relation) out << '\n';
-        (is_relation ? print_relation : print_part)(out, *each);
+        (is_relation ? print_relation : print_part_line)(out, *each);
     }
 }
 
