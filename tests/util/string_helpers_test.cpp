@@ -1,6 +1,7 @@
 // The string helpers that look for and change characters and words.
 // Delimiters and path names: string_paths_test.cpp; comments: string_comments_test.cpp.
 #include <kelm/string_helpers.h>
+#include <kelm/types.h>
 
 #include <gtest/gtest.h>
 
