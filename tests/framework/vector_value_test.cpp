@@ -2,6 +2,7 @@
 // Vectors of an object, changed in place, are tested with objects.
 #include "framework/data_types.h"
 #include "tests/support/counted_value.h"
+#include "tests/support/unregistered_value.h"
 #include "util/bytes.h"
 
 #include <kelm/property.h>
@@ -301,7 +302,7 @@ TEST_F(vector_value, references_inside_leave_records_in_order) {
 
 TEST_F(vector_value, what_could_not_be_read_back_is_not_written) {
     for (abstract_property* const element : {static_cast<abstract_property*>(nullptr),
-                                             static_cast<abstract_property*>(new test::counted_value(0))}) {
+                                             static_cast<abstract_property*>(new test::unregistered_value)}) {
         SCOPED_TRACE(element ? "a kind without a code" : "null");
         vector_property list;
         list.elements = {new property<int>(1), element, new property<int>(2)};
